@@ -1,0 +1,59 @@
+# What the scripts share; each sources this file and then stands in the project's root.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+
+build_packages=(clang-19 libc++-19-dev libc++abi-19-dev cmake ninja-build
+                nlohmann-json3-dev libargs-dev)
+test_packages=(googletest libclang-rt-19-dev python3 python3-jsonschema)
+check_packages=(clang-format-19 clang-tidy-19)
+
+say() { printf '==> %s\n' "$*"; }
+
+die() {
+  printf '%s: %s\n' "${0##*/}" "$*" >&2
+  exit 1
+}
+
+# Installs those of the named Debian packages that are missing; needs no network when none is.
+install_missing() {
+  command -v dpkg-query >/dev/null || die "this is no Debian system; please install: $*"
+  local missing=() package
+  for package in "$@"; do
+    # shellcheck disable=SC2016  # The dollar sign is for dpkg-query.
+    [[ $(dpkg-query -W -f '${Status}' "$package" 2>/dev/null) == "install ok installed" ]] ||
+      missing+=("$package")
+  done
+  ((${#missing[@]})) || return 0
+
+  say "Installing ${missing[*]}"
+  local as_root=()
+  if ((EUID != 0)); then
+    command -v sudo >/dev/null ||
+      die "run this as root, or first: apt-get install ${missing[*]}"
+    as_root=(sudo)
+  fi
+  local log
+  log=$(mktemp)
+  if ! { "${as_root[@]}" apt-get update &&
+         "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+           apt-get install -y --no-install-recommends "${missing[@]}"; } >"$log" 2>&1; then
+    tail -n 5 "$log" >&2
+    rm -f "$log"
+    die "could not install ${missing[*]}"
+  fi
+  rm -f "$log"
+}
+
+# build PRESET [CMAKE-ARGUMENT...]: configures and builds quietly; says what failed.
+build() {
+  local preset=$1 log
+  shift
+  say "Building the preset $preset in build/$preset"
+  log=$(mktemp)
+  if ! { cmake --preset "$preset" "$@" && cmake --build --preset "$preset"; } >"$log" 2>&1; then
+    tail -n 60 "$log" >&2
+    rm -f "$log"
+    die "the build of preset $preset failed"
+  fi
+  rm -f "$log"
+}

@@ -1,0 +1,43 @@
+#include "converter/base_format_output.h"
+
+#include <system_error>
+
+namespace TesselConverter {
+
+namespace fs = std::filesystem;
+
+void BaseFormatOutput::ClearOutput(bool removeIfEmpty) {
+  SyncAndClose();
+  std::error_code ignored;
+  if (m_buffer.File() != nullptr && removeIfEmpty && fs::is_empty(m_outputPath, ignored)) {
+    fs::remove(m_outputPath, ignored);
+  }
+  if (m_buffer.Console() != nullptr) {
+    m_buffer.Console()->flush();
+  }
+}
+
+void BaseFormatOutput::HardClearOutput() {
+  SyncAndClose();
+  if (m_buffer.File() != nullptr) {
+    std::error_code ignored;
+    fs::remove(m_outputPath, ignored);
+  }
+  if (m_buffer.Console() != nullptr) {
+    m_buffer.Console()->flush();
+  }
+}
+
+void BaseFormatOutput::SyncAndClose() {
+  try {
+    m_buffer.pubsync();
+  } catch (std::ios_base::failure const&) {
+    // A target that is set to throw has failed; closing goes on all the same.
+    m_stream.setstate(std::ios_base::badbit);
+  }
+  if (m_buffer.File() != nullptr && m_buffer.File()->is_open()) {
+    m_buffer.File()->close();
+  }
+}
+
+}  // namespace TesselConverter

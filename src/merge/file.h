@@ -1,0 +1,60 @@
+// The records of a marker report: which suppression markers stand where in one source file.
+#pragma once
+
+#include <compare>
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+/// A half-open range as the analyzer core reports it; carried from report to report unchanged.
+struct Range {
+  std::uint64_t begin = 0;
+  std::uint64_t end = 0;
+
+  friend bool operator==(Range const&, Range const&) = default;
+};
+
+/// One suppression marker on a line.
+struct Marker {
+  std::uint64_t code = 0;  ///< The diagnostic number behind the V; 0 when the report gave none.
+  Range columns;           ///< Columns on the line, in the analyzer core's own unit.
+  Range offsets;           ///< 0-based bytes within the line.
+
+  friend bool operator==(Marker const&, Marker const&) = default;
+};
+
+/// One source line that carries markers. Equal lines are what reports agree on.
+struct Line {
+  std::uint32_t line = 0;  ///< 1-based line number.
+  std::vector<Marker> markers;
+
+  friend bool operator==(Line const&, Line const&) = default;
+};
+
+/// One source file of a report. Files are ordered, and told apart, by path alone.
+struct File {
+  std::uint32_t version = 1;
+  /// Relative to the source-tree root once stored in a Files collection.
+  std::filesystem::path path;
+  /// SHA-1 of the content that the analyzer core read, as 40 lowercase hexadecimal digits.
+  std::string hash;
+  /// Mutable, because merging thins the lines of records that stand in an ordered set; the path,
+  /// which orders the set, stays as it is.
+  mutable std::vector<Line> lines;
+
+  /// Keeps the lines that `other` has too: same number, same markers in the same order. Order and
+  /// repetitions of this file's lines stay.
+  void Intersect(File const& other) const;
+
+  /// With an empty root the form that reports show, "|?|/" and the path; otherwise the canonical
+  /// absolute path, for messages and for finding the file.
+  /// Throws std::filesystem::filesystem_error when the path cannot be made canonical.
+  [[nodiscard]] std::string PathToString(std::filesystem::path sourceTreeRoot) const;
+
+  /// Compares element by element, so that a/b comes before a-b.
+  friend bool operator<(File const& left, File const& right) { return left.path < right.path; }
+};
+
+/// Stands for the source-tree root at the beginning of a path in a report.
+inline constexpr std::string_view SourceTreePlaceholder = "|?|";

@@ -1,0 +1,39 @@
+// The merged collection of marker reports that every command works on.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <set>
+
+#include "merge/file.h"
+
+/// At most one record for each source path, in path order. Filled on the main thread, before any
+/// worker exists; not safe to change from several threads.
+struct Files {
+  std::uint32_t version = 1;  ///< Format version to write; reading reports never changes it.
+  std::set<File, std::less<File>> files;
+
+  /// Reads one report and merges it in. The structured form is tried first, then the raw one:
+  /// - structured, first report of the run: replaces the collection;
+  /// - structured, any later report: keeps the files that both name, with the lines that both have;
+  /// - raw: adds files not yet known and keeps the common lines of those that are.
+  /// A report that is missing or unreadable reads as an empty raw one.
+  /// Throws std::runtime_error when a raw report meets an empty `sourceTreeRoot`, is malformed, or
+  /// gives a known file another hash; and the file system's errors from making paths canonical.
+  /// What was merged before the failure stays.
+  void ExtractFromReport(std::filesystem::path const& reportPath, bool isFirstReport,
+                         std::filesystem::path const& sourceTreeRoot);
+
+  /// Removes the files that have no lines left.
+  void DeleteEmpty();
+
+  /// Writes the collection as a structured report, replacing `resultPath`. An output that cannot
+  /// be written is not reported. Throws the JSON library's exception for a path that is not UTF-8.
+  void SaveStructuredReport(std::filesystem::path const& resultPath);
+
+  /// Writes the warnings report, one warning for each marker, replacing `output`.
+  /// Throws TesselConverter::FilesystemException when `output` cannot be opened, and the JSON
+  /// library's exception for a path that is not UTF-8. (Defined beside the report writers.)
+  void SaveQlnReport(std::filesystem::path const& output);
+};

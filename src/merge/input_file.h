@@ -1,0 +1,31 @@
+// Reading a file in large pieces.
+#pragma once
+
+#include <cstddef>
+#include <filesystem>
+#include <span>
+
+/// A file open for reading as raw bytes; closed by the destructor. Nothing here throws: a file that
+/// cannot be opened reads as empty. For use by one thread at a time.
+class InputFile {
+ public:
+  /// Opening a directory succeeds; reading it then fails.
+  explicit InputFile(std::filesystem::path const& path) noexcept;
+  ~InputFile();
+  InputFile(InputFile const&) = delete;
+  InputFile& operator=(InputFile const&) = delete;
+
+  /// Fills `bytes` from the current position as far as the file goes; returns how many were read.
+  /// Fewer than asked for means the end of the file or, when Failed(), an error.
+  [[nodiscard]] std::size_t Read(std::span<char> bytes) noexcept;
+
+  /// Whether opening or any reading failed.
+  [[nodiscard]] bool Failed() const noexcept { return m_failed; }
+
+  /// Goes back to the first byte.
+  void Rewind() noexcept;
+
+ private:
+  int m_descriptor;
+  bool m_failed;
+};

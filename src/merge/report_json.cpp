@@ -1,0 +1,121 @@
+#include "merge/report_json.h"
+
+namespace {
+
+using nlohmann::json;
+
+/// Truncates, and wraps a negative value as the integers do. C++ leaves values beyond 64 bits
+/// undefined; they get what x86-64 processors answer.
+std::uint64_t TruncateToUnsigned(double value) {
+  constexpr double twoTo63 = 9223372036854775808.0;
+  if (value >= twoTo63 && value < 2 * twoTo63) {
+    return static_cast<std::uint64_t>(value);
+  }
+  const bool fitsSigned = value >= -twoTo63 && value < twoTo63;
+  return fitsSigned ? static_cast<std::uint64_t>(static_cast<std::int64_t>(value))
+                    : std::uint64_t{1} << 63U;
+}
+
+/// Any JSON number, true or false, cast to the field's type. The library's own conversion refuses
+/// the two booleans, but only for 64-bit fields.
+template <typename Unsigned>
+Unsigned ToNumber(json const& j) {
+  if (j.is_boolean()) {
+    return j.get<bool>() ? 1 : 0;
+  }
+  if (j.is_number_float()) {
+    return static_cast<Unsigned>(TruncateToUnsigned(j.get<double>()));
+  }
+  return j.get<Unsigned>();
+}
+
+/// Strips the placeholder of the source-tree root with the separator behind it. Of doubled
+/// separators only the backslash is taken as one: a core on Windows escapes it twice.
+std::string_view WithoutPlaceholder(std::string_view path) {
+  if (!path.starts_with(SourceTreePlaceholder)) {
+    return path;
+  }
+  path.remove_prefix(SourceTreePlaceholder.size());
+  if (path.starts_with('/') || path.starts_with('\\')) {
+    path.remove_prefix(1);
+    if (path.starts_with('\\')) {
+      path.remove_prefix(1);
+    }
+  }
+  return path;
+}
+
+json FromRange(Range const& range) {
+  return {{"begin", range.begin}, {"end", range.end}};
+}
+
+json FromMarker(Marker const& marker) {
+  json j = {{"columns", FromRange(marker.columns)}, {"offsets", FromRange(marker.offsets)}};
+  if (marker.code != 0) {
+    j["code"] = marker.code;
+  }
+  return j;
+}
+
+json FromLine(Line const& line) {
+  json markers = json::array();
+  for (Marker const& marker : line.markers) {
+    markers.push_back(FromMarker(marker));
+  }
+  return {{"line", line.line}, {"markers", std::move(markers)}};
+}
+
+json FromFile(File const& file) {
+  json lines = json::array();
+  for (Line const& line : file.lines) {
+    lines.push_back(FromLine(line));
+  }
+  return {{"path", file.PathToString({})}, {"hash", file.hash}, {"lines", std::move(lines)}};
+}
+
+}  // namespace
+
+// The conversions of the smaller records are found by the library through their types, so they
+// cannot stand in the unnamed namespace.
+
+static void from_json(json const& j, Range& range) {
+  range = {ToNumber<std::uint64_t>(j.at("begin")), ToNumber<std::uint64_t>(j.at("end"))};
+}
+
+static void from_json(json const& j, Marker& marker) {
+  if (const auto code = j.find("code"); code != j.end()) {
+    marker.code = ToNumber<std::uint64_t>(*code);
+  }
+  j.at("columns").get_to(marker.columns);
+  j.at("offsets").get_to(marker.offsets);
+}
+
+static void from_json(json const& j, Line& line) {
+  line.line = ToNumber<std::uint32_t>(j.at("line"));
+  j.at("markers").get_to(line.markers);
+}
+
+void from_json(json const& j, File& file) {
+  if (const auto version = j.find("version"); version != j.end()) {
+    file.version = ToNumber<std::uint32_t>(*version);
+  }
+  file.path = WithoutPlaceholder(j.at("path").get<std::string>());
+  j.at("hash").get_to(file.hash);
+  j.at("lines").get_to(file.lines);
+}
+
+void from_json(json const& j, Files& files) {
+  files.version = ToNumber<std::uint32_t>(j.at("version"));
+  for (json const& record : j.at("files").get_ref<json::array_t const&>()) {
+    // At the end position, where a sorted report belongs; of two records for a path the first wins.
+    files.files.insert(files.files.end(), record.get<File>());
+  }
+}
+
+void to_json(json& j, Files const& files) {
+  json records = json::array();
+  for (File const& file : files.files) {
+    records.push_back(FromFile(file));
+  }
+  j = {{"version", files.version}, {"files", std::move(records)}};
+}

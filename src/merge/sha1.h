@@ -1,0 +1,29 @@
+// The content hash that marker reports carry.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+/// Streaming SHA-1 as defined by FIPS 180-4, Secure Hash Standard. A plain value that allocates
+/// nothing; each user owns one.
+class SHA1 {
+ public:
+  /// Feeds `numBytes` bytes. Any division of the same bytes into calls gives the same digest.
+  void add(void const* data, std::size_t numBytes);
+
+  /// The digest of all bytes fed so far, as 40 lowercase hexadecimal digits. More bytes may follow;
+  /// they continue the same stream.
+  [[nodiscard]] std::string getHash();
+
+ private:
+  static constexpr std::size_t BlockSize = 64;
+
+  void processBlock(void const* block);
+
+  std::uint64_t m_numBytes = 0;  ///< Bytes consumed in whole blocks.
+  std::size_t m_bufferSize = 0;  ///< Bytes waiting in the buffer.
+  std::array<unsigned char, BlockSize> m_buffer{};
+  std::array<std::uint32_t, 5> m_state{0x67452301, 0xefcdab89, 0x98badcfe, 0x10325476, 0xc3d2e1f0};
+};

@@ -1,0 +1,60 @@
+#include "merge/raw_record_reader.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "scratch_directory.h"
+
+namespace {
+
+std::vector<std::string> RecordsOf(std::filesystem::path const& path) {
+  InputFile input(path);
+  RawRecordReader reader(input);
+  std::vector<std::string> records;
+  while (const auto record = reader.Next()) {
+    records.emplace_back(*record);
+  }
+  return records;
+}
+
+TEST(RawRecordReader, CutsByCountingBraces) {
+  const ScratchDirectory scratch;
+  const std::pair<std::string, std::vector<std::string>> cases[] = {
+      {"", {}},
+      {"\n\n", {}},
+      {"{}", {"{}"}},
+      {"{\"a\":{}}\n\n{\"b\":1}\n", {"{\"a\":{}}", "{\"b\":1}"}},
+      {"{\n \"a\": 1\n}{}", {"{\n \"a\": 1\n}", "{}"}},
+      {"{} {}", {"{}", " ", "{}"}},
+      {"{}\r\n{}", {"{}", "\r", "{}"}},
+      {"[{}]", {"[", "{}", "]"}},
+      {"{\"a}\":1}", {"{\"a}", "\"", ":", "1"}},  // Then a brace that nothing opened.
+      {"{}\n{\"a\":", {"{}"}},
+      {"}{{}", {"}{", "{}"}},
+      {"{}}", {"{}"}},
+  };
+  for (auto const& [text, records] : cases) {
+    EXPECT_EQ(RecordsOf(scratch.Write("report", text)), records) << text;
+  }
+}
+
+TEST(RawRecordReader, RecordsAcrossAndBeyondTheWindow) {
+  const ScratchDirectory scratch;
+  std::vector<std::string> records;
+  std::string text;
+  for (const std::size_t size :
+       std::vector<std::size_t>{100'000, 40'000, 700'000, 2, 131'072, 131'071, 300}) {
+    records.push_back("{" + std::string(size - 2, ' ') + "}");
+    text += records.back() + "\n";
+  }
+  EXPECT_EQ(RecordsOf(scratch.Write("report", text)), records);
+}
+
+TEST(RawRecordReader, WhatCannotBeReadIsEmpty) {
+  const ScratchDirectory scratch;
+  EXPECT_TRUE(RecordsOf(scratch.Path() / "missing").empty());
+  EXPECT_TRUE(RecordsOf(scratch.Path()).empty());
+}
+
+}  // namespace

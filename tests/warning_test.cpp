@@ -1,0 +1,47 @@
+#include "converter/warning.h"
+
+#include <gtest/gtest.h>
+
+#include "fill_template.h"
+
+namespace {
+
+TEST(Warning, ErrorCode) {
+  const std::pair<const char*, std::uint64_t> cases[] = {
+      {"V501", 501},
+      {"V005", 5},
+      {"V0", 0},
+      {"V4294967295", 4294967295},
+      {"V4294967296", 4294967296},
+      {"V9223372036854775807", 4294967296},
+      {"V-1", 4294967296},
+      {"V9223372036854775808", 0},  // No 64-bit number at all.
+      {"", 0},
+      {"V", 0},
+      {"V-", 0},
+      {"V+5", 0},
+      {"V5a", 0},
+      {"V 5", 0},
+      {"V5 ", 0},
+      {"v501", 0},
+      {"W501", 0},
+      {"501", 0},
+  };
+  for (auto const& [code, number] : cases) {
+    TesselConverter::Warning warning;
+    warning.code = code;
+    EXPECT_EQ(warning.GetErrorCode(), number) << code;
+  }
+}
+
+TEST(FillTemplate, ReplacesOnlyNumbersThatHaveAnArgument) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"%1% %2%", "a b"}, {"%2%%1%", "ba"}, {"100%", "100%"}, {"%0% %3% %x%", "%0% %3% %x%"},
+      {"%%1%", "%a"},     {"%1", "%1"},     {"", ""},
+  };
+  for (auto const& [text, filled] : cases) {
+    EXPECT_EQ(FillTemplate(text, {"a", "b"}), filled) << text;
+  }
+}
+
+}  // namespace
