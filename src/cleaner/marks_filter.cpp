@@ -1,0 +1,162 @@
+#include "cleaner/marks_filter.h"
+
+#include <algorithm>
+#include <format>
+#include <optional>
+#include <stdexcept>
+#include <utility>
+
+#include "cleaner/fa_cleaner.h"
+#include "merge/sha1.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// The SHA-1 of the whole content; nothing when it cannot be read in full.
+std::optional<std::string> ContentHash(InputFile& source) {
+  const auto buffer = std::make_unique_for_overwrite<char[]>(EditWindow::Size);
+  SHA1 sha1;
+  while (const std::size_t count = source.Read({buffer.get(), EditWindow::Size})) {
+    sha1.add(buffer.get(), count);
+  }
+  return source.Failed() ? std::nullopt : std::optional(sha1.getHash());
+}
+
+/// Makes the backup, then the temporary copy the source; when that fails, the backup the source.
+void ReplaceSource(fs::path const& source, fs::path const& temporary) {
+  const fs::path backup = source.native() + std::string(MarksFilter::TempName);
+  fs::rename(source, backup);
+  try {
+    fs::copy_file(temporary, source, fs::copy_options::overwrite_existing);
+  } catch (fs::filesystem_error const&) {
+    fs::rename(backup, source);
+    throw;
+  }
+  fs::remove(temporary);
+}
+
+}  // namespace
+
+MarksFilter::MarksFilter(File file) : m_file(std::move(file)) {
+  // A line without markers names nothing to remove, and no marker to look for.
+  std::erase_if(m_file.lines, [](Line const& line) { return line.markers.empty(); });
+}
+
+void MarksFilter::SaveFilteredFile(fs::path const& root) {
+  if (m_file.lines.empty()) {
+    return;
+  }
+  const fs::path source = root / m_file.path;
+  const auto mismatch = [&source] {
+    return std::runtime_error(std::format("Hash mismatch for file '{}'.", source.native()));
+  };
+
+  // Without a root the path is in its display form, which names no file. The non-throwing form
+  // of canonical: a path that leads nowhere is a file that cannot be read.
+  std::error_code error;
+  const fs::path canonical = fs::canonical(m_file.PathToString(root), error);
+  if (root.empty() || error || !fs::is_regular_file(canonical, error)) {
+    throw mismatch();
+  }
+  InputFile input(canonical);
+  if (ContentHash(input) != m_file.hash) {
+    throw mismatch();
+  }
+
+  fs::create_directory(faCleaner::GetTempDir());
+  TemporaryFile temporary(faCleaner::GetTempDir() / source.filename());
+  Filter(input, temporary);
+  if (input.Failed()) {
+    throw mismatch();
+  }
+  // A rewritten file has the permissions of a new one, because it is a copy of one.
+  ReplaceSource(source, temporary.Path());
+}
+
+void MarksFilter::Filter(InputFile& source, TemporaryFile& output) {
+  m_state =
+      AtListedLine() ? &MarksFilter::StateInterestedLine : &MarksFilter::StateNotInterestedLine;
+  source.Rewind();
+  EditWindow window(source, output);
+  while (window.Refill()) {
+    (this->*m_state)(window);
+  }
+}
+
+void MarksFilter::StateNotInterestedLine(EditWindow& window) {
+  window.Keep(window.LengthToLineEnd());
+  if (window.Rest().empty()) {
+    return;
+  }
+  KeepLineEnd(window);
+  m_column = 0;
+  ++m_lineNumber;
+  if (AtListedLine()) {
+    m_state = &MarksFilter::StateInterestedLine;
+  }
+}
+
+void MarksFilter::StateInterestedLine(EditWindow& window) {
+  // Positions count on over a line end: a marker beyond it is found, if at all, in what follows,
+  // and without such a line being counted. Recorded hashes rule that out for real reports.
+  const std::uint64_t begin = CurrentOffsets().begin;
+  const std::size_t available = window.Rest().size();
+  if (m_column > begin || begin - m_column >= available) {
+    window.Keep(available);
+    m_column += available;
+    return;
+  }
+  window.Keep(static_cast<std::size_t>(begin - m_column));
+  window.Drop(1);
+  m_column = begin + 1;
+  m_state = &MarksFilter::StatePassSymbols;
+}
+
+void MarksFilter::StatePassSymbols(EditWindow& window) {
+  // Drops the current byte at least, and, unsigned as positions are, everything up to the end of
+  // the file for an end of 0. The analyzer core writes no such marker.
+  const std::uint64_t last = CurrentOffsets().end - 1;
+  const std::size_t available = window.Rest().size();
+  const std::uint64_t beforeLast = last > m_column ? last - m_column : 0;
+  if (beforeLast >= available) {
+    window.Drop(available);
+    m_column += available;
+    return;
+  }
+  window.Drop(static_cast<std::size_t>(beforeLast) + 1);
+  m_column += beforeLast + 1;
+  NextMarker();
+}
+
+void MarksFilter::StateWriteAll(EditWindow& window) {
+  window.Keep(window.Rest().size());
+}
+
+/// Keeps the CR or LF at the front of the window, and with it its partner: CR LF and LF CR are one
+/// line end.
+void MarksFilter::KeepLineEnd(EditWindow& window) {
+  const char partner = window.Rest().front() == '\n' ? '\r' : '\n';
+  window.Keep(1);
+  if (window.Refill() && window.Rest().front() == partner) {
+    window.Keep(1);
+  }
+}
+
+void MarksFilter::NextMarker() {
+  if (++m_markerIndex < m_file.lines[m_lineIndex].markers.size()) {
+    m_state = &MarksFilter::StateInterestedLine;
+    return;
+  }
+  m_markerIndex = 0;
+  m_state = ++m_lineIndex < m_file.lines.size() ? &MarksFilter::StateNotInterestedLine
+                                                : &MarksFilter::StateWriteAll;
+}
+
+bool MarksFilter::AtListedLine() const {
+  return m_lineNumber == m_file.lines[m_lineIndex].line;
+}
+
+Range const& MarksFilter::CurrentOffsets() const {
+  return m_file.lines[m_lineIndex].markers[m_markerIndex].offsets;
+}

@@ -1,0 +1,110 @@
+"""Every outcome of parsing: streams and status, to the byte."""
+
+import unittest
+
+from harness import EndToEnd
+
+VERSION = b"qln-fp-cleaner  8.00.109087.832 ARM64\n"
+TOP_HELP = b"""Usage: qln-fp-cleaner COMMAND [-h] [-v] {OPTIONS}
+
+qln-fp-cleaner is a command line utility to clean the source code from
+redundant false positive suppression markers of Quillon analyzer.
+
+Options:
+
+    -h, --help                Display this help menu
+    -v, --version             Show current version.
+    Commands (one of):
+      cleanup                   Clean false alarm markers from source code.
+      merge                     Merge a list of reports to structured report.
+      report                    Create the report for Quillon IDE plugin or
+                                blame notifier tool.
+
+"""
+COMMAND_HELP = b"""Usage: qln-fp-cleaner %s
+
+%s
+
+Options:
+
+    FILE...                   List of files with false alarm markers from
+                              Quillon analyzer core.
+    -o, --output-file         Path to the output report file.
+                              Default: ""
+    -r, --sourcetree-root     Path to the project root directory.
+                              Default: ""
+"""
+THREADS_HELP = b"""    -j                        Thread count.
+                              Default: 1
+"""
+HELP = {
+    "cleanup": COMMAND_HELP % (b"cleanup [FILE...] [-o <FILE>] -r <DIR> [-j <NUM>]",
+                               b"Clean false alarm markers from source code.")
+               + THREADS_HELP + b"\n",
+    "merge": COMMAND_HELP % (b"merge [FILE...] -o <FILE> -r <DIR> [-j <NUM>]",
+                             b"Merge a list of reports to structured report.")
+             + THREADS_HELP + b"\n",
+    "report": COMMAND_HELP % (b"report [FILE...] -o <FILE> [-r <DIR>]",
+                              b"Create the report for Quillon IDE plugin or blame notifier tool.")
+              + b"\n",
+}
+
+
+class CommandLine(EndToEnd):
+    def test_help_and_version(self):
+        for arguments in ["-h"], ["--help"], ["-v", "-h"], ["--help", "merge"]:
+            self.expect(arguments, 0, TOP_HELP)
+        for command, text in HELP.items():
+            self.expect([command, "--help"], 0, text)
+            self.expect([command, "-h", "--bad"], 0, text)
+        for arguments in (["-v"], ["--version"], ["-v", "merge"],
+                          ["-v", "cleanup", "-r", "root", "a.json"]):
+            self.expect(arguments, 0, VERSION)
+
+    def test_errors_say_why_and_show_the_help_of_the_command(self):
+        several = b"Some of arguments aren't specified"
+        for command in HELP:
+            self.expect([command], 1, HELP[command], several + b"\n")
+        for arguments, message in (
+                ([], b"At least one of the commands must be specified."),
+                (["--"], b"At least one of the commands must be specified."),
+                (["--bad"], b"Flag could not be matched: bad"),
+                (["-x"], b"Flag could not be matched: 'x'"),
+                (["-v", "-v"], b"Flag 'v' was passed multiple times, but is only allowed to be "
+                               b"passed once"),
+                (["clean"], b"Unknown command: clean"),
+                (["--", "merge"], b"Passed in argument, but no positional arguments were ready to "
+                                  b"receive it: merge")):
+            self.expect(arguments, 1, TOP_HELP, message + b"\n")
+        for arguments, message in (
+                ("merge -r root a.json", b"Flag '--output-file' is required"),
+                ("merge -o out a.json", b"Flag '--sourcetree-root' is required"),
+                ("cleanup a.json", b"Flag '--sourcetree-root' is required"),
+                ("cleanup -j", b"Flag '--sourcetree-root' is required"),
+                ("report a.json", b"Flag '--output-file' is required"),
+                ("report -j 4 -o out a.json", b"Flag could not be matched: 'j'"),
+                ("merge -v", b"Flag could not be matched: 'v'"),
+                ("merge -r", b"Flag 'r' requires an argument but received none"),
+                ("cleanup -j x -r root", b"Argument 'NUM' received invalid value type 'x'"),
+                ("cleanup -o a -o b", b"Flag 'o' was passed multiple times, but is only allowed to "
+                                      b"be passed once")):
+            command = arguments.split()[0]
+            self.expect(arguments.split(), 1, HELP[command], message + b"\n")
+
+    def test_accepted_lines(self):
+        for arguments in ("cleanup -r root", "cleanup -j -r root a", "cleanup -j 8 -r root a",
+                          "merge -j4 -o out -r root", "merge --output-file=out -r root -- -a",
+                          "report -r gone -r root -o out a"):
+            self.expect(arguments.split())
+
+    def test_paths_are_taken_as_typed(self):
+        for name in "my out.json", "it's.json", '"q".json', " {b} ", "\udcff.json":
+            report = self.structured_report(name + ".in")
+            for command in "merge", "report":
+                self.expect([command, "-r", "root", "-o", name, report])
+                self.assertIn(b'"version"', (self.scratch / name).read_bytes())
+                (self.scratch / name).unlink()
+
+
+if __name__ == "__main__":
+    unittest.main()

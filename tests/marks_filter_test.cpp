@@ -1,0 +1,119 @@
+#include "cleaner/marks_filter.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "merge/sha1.h"
+#include "scratch_directory.h"
+
+namespace {
+
+using Lines = std::vector<Line>;
+
+Marker At(std::uint64_t begin, std::uint64_t end) {
+  return {501, {}, {begin, end}};
+}
+
+/// The filter as plainly as it can be said: one byte after the other, as the states define it.
+std::string Reference(std::string_view text, Lines const& lines) {
+  enum { NotInterested, Interested, Pass, WriteAll };
+  std::string out;
+  std::uint64_t column = 0;
+  std::uint64_t number = 1;
+  std::size_t line = 0;
+  std::size_t marker = 0;
+  auto state = number == lines[0].line ? Interested : NotInterested;
+  for (std::size_t i = 0; i < text.size(); ++i, ++column) {
+    const char byte = text[i];
+    if (state == WriteAll) {
+      out += byte;
+    } else if (state == NotInterested) {
+      out += byte;
+      if (byte == '\n' || byte == '\r') {
+        if (i + 1 < text.size() && text[i + 1] == (byte == '\n' ? '\r' : '\n')) {
+          out += text[++i];
+        }
+        column = std::uint64_t(-1);
+        state = ++number == lines[line].line ? Interested : NotInterested;
+      }
+    } else if (state == Interested) {
+      if (column == lines[line].markers[marker].offsets.begin) {
+        state = Pass;
+      } else {
+        out += byte;
+      }
+    } else if (column >= lines[line].markers[marker].offsets.end - 1) {
+      state = Interested;
+      if (++marker == lines[line].markers.size()) {
+        marker = 0;
+        state = ++line == lines.size() ? WriteAll : NotInterested;
+      }
+    }
+  }
+  return out;
+}
+
+std::string Filtered(ScratchDirectory const& scratch, std::string_view text, Lines const& lines) {
+  scratch.Write("source", text);
+  SHA1 sha1;
+  sha1.add(text.data(), text.size());
+  File file;
+  file.path = "source";
+  file.hash = sha1.getHash();
+  file.lines = lines;
+  MarksFilter(file).SaveFilteredFile(scratch.Path());
+  EXPECT_EQ(scratch.Read("sourcetemp_qln_facleaner"), text);
+  return scratch.Read("source");
+}
+
+TEST(MarksFilter, RemovesWhatTheOffsetsSay) {
+  const ScratchDirectory scratch;
+  const std::tuple<std::string, Lines, std::string> cases[] = {
+      {"a //-V1\nb", {{1, {At(2, 7)}}}, "a \nb"},
+      {"a\nb//-V1", {{2, {At(1, 6)}}}, "a\nb"},
+      {"//-V1 //-V2 c\n", {{1, {At(0, 5), At(6, 11)}}}, "  c\n"},
+      {"a\r\nb//-V1\r\nc\r\n", {{2, {At(1, 6)}}}, "a\r\nb\r\nc\r\n"},
+      {"a\rb\n\rc//-V1\rd", {{3, {At(1, 6)}}}, "a\rb\n\rc\rd"},
+      {"a\nb//-V1\n", {{2, {At(1, 6)}}, {9, {At(0, 4)}}}, "a\nb\n"},
+      {"abcdef\n", {{1, {At(2, 3)}}}, "abef\n"},            // Two bytes at the least.
+      {"abc\ndef\n", {{1, {At(1, 0)}}}, "a"},               // An end of 0 is never reached.
+      {"abc\ndef\nghi", {{1, {At(5, 7)}}}, "abc\nd\nghi"},  // Beyond its line, on into the next.
+      {"abc\nabc\nabc", {{2, {At(0, 2)}}, {1, {At(0, 2)}}}, "abc\nc\nabc"},
+      {"abc\nabc\n", {{1, {}}, {2, {At(0, 2)}}}, "abc\nc\n"},
+      {"", {{1, {At(0, 5)}}}, ""},
+  };
+  for (auto const& [text, lines, expected] : cases) {
+    EXPECT_EQ(Filtered(scratch, text, lines), expected) << text;
+  }
+}
+
+/// Text that is mostly line ends and marker-like bytes; markers that are mostly sensible.
+TEST(MarksFilter, EqualsTheReferenceOnGeneratedFiles) {
+  const ScratchDirectory scratch;
+  std::minstd_rand random(7);
+  const auto below = [&random](std::uint64_t bound) { return random() % bound; };
+  for (int round = 0; round < 1500; ++round) {
+    // Some files reach over the window, with line ends at its very edge.
+    std::string text(round % 50 == 0 ? EditWindow::Size - 4 : 0, round % 100 == 0 ? '\n' : 'x');
+    for (auto length = below(120); length > 0; --length) {
+      text += "ab/\r\n"[below(5)];
+    }
+    const bool huge = text.size() > 200;
+    Lines lines;
+    std::uint32_t number = huge ? static_cast<std::uint32_t>(std::ranges::count(text, '\n')) : 0;
+    for (auto count = 1 + below(5); count > 0; --count) {
+      number += static_cast<std::uint32_t>(below(4));
+      Line line{number, {}};
+      std::uint64_t position = huge && below(2) == 0 ? text.size() - below(100) : 0;
+      for (auto markers = 1 + below(3); markers > 0; --markers) {
+        position += below(6);
+        line.markers.push_back(At(position, below(20) == 0 ? 0 : position + below(5)));
+      }
+      lines.push_back(line);
+    }
+    ASSERT_EQ(Filtered(scratch, text, lines), Reference(text, lines)) << "round " << round;
+  }
+}
+
+}  // namespace
