@@ -1,18 +1,21 @@
 // The warnings report as JSON, for the IDE plugin and the blame notifier.
 #pragma once
 
-#include <nlohmann/json.hpp>
 #include <string_view>
 
 #include "converter/basic_format_output.h"
+#include "converter/broken_pipe_guard.h"
+#include "merge/pretty_json_writer.h"
 
 namespace TesselConverter {
 
-/// Writes the warnings report:
+/// Writes the warnings report, {"version": 3, "warnings": [<warning>, ...]}, indented by 2 and with
+/// a newline at its end (docs/schema/warnings-report.schema.json has it whole).
 ///
-///   {"version": 3, "warnings": [<warning>, ...]}
-///
-/// Throws the JSON library's exception for text that is not UTF-8.
+/// Start comes first, Finish last. Each warning is handed on as it comes, since a report of a
+/// million would fill the memory several times over. Throws the JSON library's exception for text
+/// that is not UTF-8. While the writer lives, a closed pipe behind it is a failed stream and does
+/// not end the process.
 class JsonOutput : public BasicFormatOutput<JsonOutput> {
  public:
   static constexpr std::string_view Name = "json";
@@ -28,7 +31,12 @@ class JsonOutput : public BasicFormatOutput<JsonOutput> {
   [[nodiscard]] int GetFormatPathType() const override { return 3; }
 
  private:
-  nlohmann::json m_document;
+  void WritePosition(WarningPosition const& position, bool isMain);
+  void WriteNavigation(WarningPosition const& position);
+  void WriteTexts(std::string_view key, std::set<std::string> const& texts);
+
+  BrokenPipeGuard m_guard;
+  PrettyJsonWriter m_json{m_stream};
 };
 
 }  // namespace TesselConverter

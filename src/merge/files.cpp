@@ -10,6 +10,7 @@
 #include "merge/input_file.h"
 #include "merge/raw_record_reader.h"
 #include "merge/report_json.h"
+#include "merge/structured_report_writer.h"
 
 namespace {
 
@@ -98,6 +99,6 @@ void Files::DeleteEmpty() {
 }
 
 void Files::SaveStructuredReport(fs::path const& resultPath) {
-  const nlohmann::json report = *this;
-  std::ofstream(resultPath) << report.dump(2);
+  std::ofstream stream(resultPath);
+  WriteStructuredReport(*this, stream);
 }

@@ -1,0 +1,81 @@
+#include "merge/structured_report_writer.h"
+
+#include "merge/pretty_json_writer.h"
+
+namespace {
+
+void WriteRange(PrettyJsonWriter& json, std::string_view key, Range const& range) {
+  json.Key(key);
+  json.BeginObject();
+  json.Key("begin");
+  json.Number(range.begin);
+  json.Key("end");
+  json.Number(range.end);
+  json.EndObject();
+}
+
+void WriteMarker(PrettyJsonWriter& json, Marker const& marker) {
+  json.BeginObject();
+  if (marker.code != 0) {
+    json.Key("code");
+    json.Number(marker.code);
+  }
+  WriteRange(json, "columns", marker.columns);
+  WriteRange(json, "offsets", marker.offsets);
+  json.EndObject();
+}
+
+void WriteLine(PrettyJsonWriter& json, Line const& line) {
+  json.BeginObject();
+  json.Key("line");
+  json.Number(line.line);
+  json.Key("markers");
+  json.BeginArray();
+  for (Marker const& marker : line.markers) {
+    WriteMarker(json, marker);
+  }
+  json.EndArray();
+  json.EndObject();
+}
+
+void WriteFile(PrettyJsonWriter& json, File const& file) {
+  json.BeginObject();
+  json.Key("hash");
+  json.Text(file.hash);
+  json.Key("lines");
+  json.BeginArray();
+  for (Line const& line : file.lines) {
+    WriteLine(json, line);
+  }
+  json.EndArray();
+  json.Key("path");
+  json.Text(file.PathToString({}));
+  json.EndObject();
+}
+
+/// A name that the library refuses must not leave half a report.
+void CheckPaths(Files const& files) {
+  for (File const& file : files.files) {
+    if (!IsPlainText(file.path.native())) {
+      static_cast<void>(ToJsonString(file.PathToString({})));
+    }
+  }
+}
+
+}  // namespace
+
+void WriteStructuredReport(Files const& files, std::ostream& output) {
+  CheckPaths(files);
+  PrettyJsonWriter json(output);
+  json.BeginObject();
+  json.Key("files");
+  json.BeginArray();
+  for (File const& file : files.files) {
+    WriteFile(json, file);
+  }
+  json.EndArray();
+  json.Key("version");
+  json.Number(files.version);
+  json.EndObject();
+  json.Flush();
+}
