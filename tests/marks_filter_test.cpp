@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
 
 #include "merge/sha1.h"
@@ -82,6 +83,10 @@ TEST(MarksFilter, RemovesWhatTheOffsetsSay) {
       {"abc\nabc\nabc", {{2, {At(0, 2)}}, {1, {At(0, 2)}}}, "abc\nc\nabc"},
       {"abc\nabc\n", {{1, {}}, {2, {At(0, 2)}}}, "abc\nc\n"},
       {"", {{1, {At(0, 5)}}}, ""},
+      // A line end that the edge of the window splits is still one.
+      {std::string(EditWindow::Size - 1, 'x') + "\r\nb//-V1\n",
+       {{2, {At(1, 6)}}},
+       std::string(EditWindow::Size - 1, 'x') + "\r\nb\n"},
   };
   for (auto const& [text, lines, expected] : cases) {
     EXPECT_EQ(Filtered(scratch, text, lines), expected) << text;

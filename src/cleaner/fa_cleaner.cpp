@@ -6,6 +6,7 @@
 #include <syncstream>
 #include <thread>
 
+#include "broken_pipe_guard.h"
 #include "cleaner/marks_filter.h"
 #include "cleaner/thread_pool.h"
 #include "merge/files.h"
@@ -42,6 +43,7 @@ void CleanFile(File const& file, fs::path const& root) {
   try {
     MarksFilter(file).SaveFilteredFile(root);
   } catch (std::exception const& error) {
+    const BrokenPipeGuard guard;  // Nobody reads the line: no reason to stop half way.
     std::osyncstream(std::cerr) << error.what() << std::endl;
   } catch (...) {
     std::osyncstream(std::cerr) << "Unexpected error." << std::endl;

@@ -7,11 +7,24 @@
 #include <utility>
 
 #include "cleaner/fa_cleaner.h"
+#include "cleaner/file_stamp.h"
 #include "merge/sha1.h"
 
 namespace {
 
 namespace fs = std::filesystem;
+
+/// Where the source stands on disk; nothing when its path leads nowhere. Without a root the path is
+/// in its display form, which names no file. A path with a NUL would name another file to the
+/// system than the one that it names here.
+std::optional<fs::path> FindSource(File const& file, fs::path const& root) {
+  std::error_code error;
+  const fs::path canonical = fs::canonical(file.PathToString(root), error);
+  if (root.empty() || error || file.path.native().find('\0') != std::string::npos) {
+    return std::nullopt;
+  }
+  return canonical;
+}
 
 /// The SHA-1 of the whole content; nothing when it cannot be read in full.
 std::optional<std::string> ContentHash(InputFile& source) {
@@ -38,10 +51,7 @@ void ReplaceSource(fs::path const& source, fs::path const& temporary) {
 
 }  // namespace
 
-MarksFilter::MarksFilter(File file) : m_file(std::move(file)) {
-  // A line without markers names nothing to remove, and no marker to look for.
-  std::erase_if(m_file.lines, [](Line const& line) { return line.markers.empty(); });
-}
+MarksFilter::MarksFilter(File file) : m_file(std::move(file)) {}
 
 void MarksFilter::SaveFilteredFile(fs::path const& root) {
   if (m_file.lines.empty()) {
@@ -52,22 +62,28 @@ void MarksFilter::SaveFilteredFile(fs::path const& root) {
     return std::runtime_error(std::format("Hash mismatch for file '{}'.", source.native()));
   };
 
-  // Without a root the path is in its display form, which names no file. The non-throwing form
-  // of canonical: a path that leads nowhere is a file that cannot be read.
-  std::error_code error;
-  const fs::path canonical = fs::canonical(m_file.PathToString(root), error);
-  if (root.empty() || error || !fs::is_regular_file(canonical, error)) {
+  const std::optional<fs::path> canonical = FindSource(m_file, root);
+  const auto stamp = canonical ? FileStamp::OfRegularFile(*canonical) : std::nullopt;
+  if (!stamp) {
     throw mismatch();
   }
-  InputFile input(canonical);
+  InputFile input(*canonical);
   if (ContentHash(input) != m_file.hash) {
     throw mismatch();
+  }
+  // A line without markers names nothing to remove, and no marker to look for.
+  std::erase_if(m_file.lines, [](Line const& line) { return line.markers.empty(); });
+  if (m_file.lines.empty()) {
+    return;
   }
 
   fs::create_directory(faCleaner::GetTempDir());
   TemporaryFile temporary(faCleaner::GetTempDir() / source.filename());
   Filter(input, temporary);
-  if (input.Failed()) {
+  // Our turn may have been long in coming, and another run may have cleaned the file meanwhile, or
+  // an editor saved it. Such a file must not become the backup in place of the original.
+  if (input.Failed() || FileStamp::OfRegularFile(source) != stamp) {
+    fs::remove(temporary.Path());
     throw mismatch();
   }
   // A rewritten file has the permissions of a new one, because it is a copy of one.

@@ -31,9 +31,9 @@ class thread_pool {
   /// Queues `task(args...)`. The arguments are stored in the queue.
   template <typename Task, typename... Args>
   void push_task(Task const& task, Args&&... args) {
+    std::function<void()> call = [task, ... stored = std::forward<Args>(args)] { task(stored...); };
     // Counted before it is queued, so that a waiter never sees 0 with a task still to run.
     ++m_tasksTotal;
-    std::function<void()> call = [task, ... stored = std::forward<Args>(args)] { task(stored...); };
     const std::scoped_lock lock(m_queueMutex);
     m_tasks.push(std::move(call));
   }

@@ -3,8 +3,8 @@
 
 #include <string_view>
 
+#include "broken_pipe_guard.h"
 #include "converter/basic_format_output.h"
-#include "converter/broken_pipe_guard.h"
 #include "merge/pretty_json_writer.h"
 
 namespace TesselConverter {

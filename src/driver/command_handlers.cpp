@@ -13,8 +13,8 @@ namespace {
 using args::Options;
 using Path = std::filesystem::path;
 
-/// Takes a path exactly as typed. Reading it through a stream, as other values are, would stop at
-/// a blank and take quotes away.
+/// Takes a path exactly as typed. The library's reader goes through a stream for most types, which
+/// would stop at a blank and take quotes away; whether it does so for paths is not left to it.
 struct PathReader {
   bool operator()(std::string const& /*name*/, std::string const& value, Path& destination) const {
     destination = value;

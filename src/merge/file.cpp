@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <format>
 
+#include "merge/weakly_canonical.h"
+
 void File::Intersect(File const& other) const {
   std::erase_if(lines, [&other](Line const& line) {
     return std::ranges::find(other.lines, line) == other.lines.end();
@@ -12,7 +14,7 @@ void File::Intersect(File const& other) const {
 // NOLINTNEXTLINE(performance-unnecessary-value-param): the signature is the shared one.
 std::string File::PathToString(std::filesystem::path sourceTreeRoot) const {
   if (!sourceTreeRoot.empty()) {
-    return std::filesystem::weakly_canonical(sourceTreeRoot / path).string();
+    return WeaklyCanonical(sourceTreeRoot / path).string();
   }
   const std::string text = path.string();
   const bool hasSeparator = text.starts_with('/') || text.starts_with('\\');

@@ -3,33 +3,19 @@
 #include <format>
 #include <fstream>
 #include <nlohmann/json.hpp>
-#include <optional>
 #include <stdexcept>
 #include <utility>
 
 #include "merge/input_file.h"
 #include "merge/raw_record_reader.h"
-#include "merge/report_json.h"
+#include "merge/structured_report_reader.h"
 #include "merge/structured_report_writer.h"
+#include "merge/weakly_canonical.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 using FileSet = decltype(Files::files);
-
-/// The records of a structured report, or nothing when the report is not one: whatever the JSON
-/// library objects to makes it a raw report.
-std::optional<FileSet> ReadStructuredReport(fs::path const& reportPath) {
-  try {
-    std::ifstream stream(reportPath);
-    return nlohmann::json::parse(stream).get<Files>().files;
-  } catch (nlohmann::json::exception const&) {
-    return std::nullopt;
-  } catch (std::ios_base::failure const&) {
-    // Some standard libraries throw when a report cannot be read, a directory for one.
-    return std::nullopt;
-  }
-}
 
 void KeepCommon(FileSet& files, FileSet const& others) {
   std::erase_if(files, [&others](File const& file) {
@@ -62,11 +48,10 @@ void MergeRawRecord(FileSet& files, File const& record, fs::path const& sourceTr
 void MergeRawReport(FileSet& files, fs::path const& reportPath, fs::path const& sourceTreeRoot) {
   InputFile input(reportPath);
   RawRecordReader reader(input);
-  while (const auto text = reader.Next()) {
-    auto record = nlohmann::json::parse(*text).get<File>();
+  File record;
+  while (reader.Next(record)) {
     // A relative path is relative to the directory the tool runs in, not to the root.
-    record.path =
-        fs::weakly_canonical(record.path).lexically_relative(fs::weakly_canonical(sourceTreeRoot));
+    record.path = WeaklyCanonical(record.path).lexically_relative(WeaklyCanonical(sourceTreeRoot));
     MergeRawRecord(files, record, sourceTreeRoot);
   }
 }
@@ -77,9 +62,9 @@ void Files::ExtractFromReport(fs::path const& reportPath, bool isFirstReport,
                               fs::path const& sourceTreeRoot) {
   if (auto structured = ReadStructuredReport(reportPath)) {
     if (isFirstReport) {
-      files = std::move(*structured);
+      files = std::move(structured->files);
     } else {
-      KeepCommon(files, *structured);
+      KeepCommon(files, structured->files);
     }
     return;
   }
@@ -90,7 +75,7 @@ void Files::ExtractFromReport(fs::path const& reportPath, bool isFirstReport,
     MergeRawReport(files, reportPath, sourceTreeRoot);
   } catch (nlohmann::json::exception const&) {
     throw std::runtime_error(
-        std::format("Parsing error for file '{}'.", fs::weakly_canonical(reportPath).string()));
+        std::format("Parsing error for file '{}'.", WeaklyCanonical(reportPath).string()));
   }
 }
 

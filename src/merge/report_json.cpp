@@ -29,22 +29,6 @@ Unsigned ToNumber(json const& j) {
   return j.get<Unsigned>();
 }
 
-/// Strips the placeholder of the source-tree root with the separator behind it. Of doubled
-/// separators only the backslash is taken as one: a core on Windows escapes it twice.
-std::string_view WithoutPlaceholder(std::string_view path) {
-  if (!path.starts_with(SourceTreePlaceholder)) {
-    return path;
-  }
-  path.remove_prefix(SourceTreePlaceholder.size());
-  if (path.starts_with('/') || path.starts_with('\\')) {
-    path.remove_prefix(1);
-    if (path.starts_with('\\')) {
-      path.remove_prefix(1);
-    }
-  }
-  return path;
-}
-
 json FromRange(Range const& range) {
   return {{"begin", range.begin}, {"end", range.end}};
 }
@@ -74,6 +58,20 @@ json FromFile(File const& file) {
 }
 
 }  // namespace
+
+std::string_view WithoutPlaceholder(std::string_view path) {
+  if (!path.starts_with(SourceTreePlaceholder)) {
+    return path;
+  }
+  path.remove_prefix(SourceTreePlaceholder.size());
+  if (path.starts_with('/') || path.starts_with('\\')) {
+    path.remove_prefix(1);
+    if (path.starts_with('\\')) {
+      path.remove_prefix(1);
+    }
+  }
+  return path;
+}
 
 // The conversions of the smaller records are found by the library through their types, so they
 // cannot stand in the unnamed namespace.

@@ -17,6 +17,11 @@
 #include "merge/file.h"
 #include "merge/files.h"
 
+/// `path` as reports write it without the placeholder of the source-tree root and the separator
+/// behind it. Of doubled separators only the backslash is taken as one, deliberately: a core on
+/// Windows escapes it twice.
+[[nodiscard]] std::string_view WithoutPlaceholder(std::string_view path);
+
 /// Fills `file` from one file record; "version" may be absent and then keeps its value, and so may
 /// a marker's "code", which is then 0. Unknown keys are ignored. Throws the JSON library's
 /// exceptions for a missing key or a wrong type and leaves `file` partly filled.

@@ -1,12 +1,16 @@
 """Cleaning sources: what is written, what is left, and what a failure leaves alone."""
 
+import fcntl
 import hashlib
 import os
+import pathlib
+import shutil
 import stat
 import subprocess
+import time
 import unittest
 
-from harness import BACKUP, PROGRAM, EndToEnd, record
+from harness import BACKUP, EndToEnd, record
 
 MARKED = b"int a = 1;  //-V501 why\nint b; //-V502 //-V503\n"
 CLEAN = b"int a = 1;   why\nint b;  \n"
@@ -94,7 +98,7 @@ class Cleanup(EndToEnd):
         report = self.raw_report("report", record("root/a", MARKED, MARKERS))
         directory = self.temp / "qln_fp_cleaner"
         for prepare, in_message in (
-                (lambda: directory.write_bytes(b""), b"create_directory"),
+                (lambda: directory.write_bytes(b""), b"qln_fp_cleaner"),
                 (lambda: (directory / "a").mkdir(parents=True), b"copy_file"),
                 (lambda: (directory.mkdir(), os.mkfifo(directory / "a")), b"copy_file"),
                 (lambda: (directory.mkdir(), (self.root / ("a" + BACKUP)).mkdir()), b"rename")):
@@ -104,6 +108,71 @@ class Cleanup(EndToEnd):
             self.assertIn(in_message, err)
             self.assertEqual(self.tree(), {"a": MARKED})
             subprocess.run(["rm", "-rf", directory], check=True)
+
+    def test_what_a_killed_run_left_in_the_temporary_directory(self):
+        self.source("a", MARKED)
+        report = self.raw_report("report", record("root/a", MARKED, MARKERS))
+        stale = self.temp / "qln_fp_cleaner" / "a"
+        stale.parent.mkdir()
+        # A file that cannot be written, here because it is being run, is not taken for ours.
+        shutil.copy("/bin/sleep", stale)
+        with subprocess.Popen([stale, "60"]) as sleeping:
+            status, _, err = self.run_program("cleanup", "-r", "root", report)
+            sleeping.kill()
+        self.assertEqual((status, self.tree()), (0, {"a": MARKED}))
+        self.assertIn(b"cannot write the temporary file", err)
+        # Any other is written over, from its beginning to its end.
+        self.expect(["cleanup", "-r", "root", report])
+        self.assertEqual(self.tree(), {"a": CLEAN, "a" + BACKUP: MARKED})
+
+    def test_a_source_that_changes_while_another_run_has_its_turn(self):
+        source = self.source("a", MARKED)
+        report = self.raw_report("report", record("root/a", MARKED, MARKERS))
+        temporary = self.temp / "qln_fp_cleaner" / "a"
+        temporary.parent.mkdir()
+        with open(temporary, "w") as lock:
+            fcntl.flock(lock, fcntl.LOCK_EX)
+            run = self.start_program("cleanup", "-r", "root", report)
+            while not any(temporary.samefile(link) for link in
+                          pathlib.Path(f"/proc/{run.pid}/fd").iterdir() if link.exists()):
+                time.sleep(0.01)
+            source.write_bytes(b"saved by an editor")
+        _, err = run.communicate(timeout=60)
+        self.assertEqual((run.returncode, err), (0, self.mismatch("a")))
+        self.assertEqual(self.tree(), {"a": b"saved by an editor"})
+        self.assertFalse(temporary.exists())
+
+    def test_several_runs_over_one_tree_keep_the_originals(self):
+        names = [f"f{i}" for i in range(50)]
+        report = self.structured_report("report", *(record(name, MARKED, MARKERS)
+                                                    for name in names))
+        for name in names:
+            self.source(name, MARKED)
+        runs = [self.start_program("cleanup", "-r", "root", report) for _ in range(3)]
+        for run in runs:
+            run.communicate(timeout=60)  # Who comes second says so, in words that depend on when.
+            self.assertEqual(run.returncode, 0)
+        self.assertEqual(self.tree(), {**dict.fromkeys(names, CLEAN),
+                                       **{name + BACKUP: MARKED for name in names}})
+
+    def test_an_error_line_that_nobody_reads_stops_nothing(self):
+        good = [f"good{i}" for i in range(50)]
+        for name in good:
+            self.source(name, MARKED)
+        report = self.structured_report("report", *(record(name, MARKED, MARKERS) for name in
+                                                    [f"bad{i}" for i in range(50)] + good))
+        run = self.start_program("cleanup", "-r", "root", report)
+        run.stderr.close()
+        self.assertEqual(run.wait(timeout=60), 0)
+        for name in good:
+            self.assertEqual((self.root / name).read_bytes(), CLEAN)
+
+    def test_a_path_with_a_nul_names_no_file(self):
+        self.source("a", MARKED)
+        report = self.structured_report("report", record("a\0b", MARKED, MARKERS))
+        # The line ends where the system's strings do.
+        self.expect(["cleanup", "-r", "root", report], 0, b"", b"Hash mismatch for file 'root/a\n")
+        self.assertEqual(self.tree(), {"a": MARKED})
 
     def test_a_linked_source_becomes_a_file(self):
         target = self.scratch / "target"
@@ -128,11 +197,9 @@ class Cleanup(EndToEnd):
         for copy in copies:
             subprocess.run(["cp", "-r", self.root, copy], check=True)
         self.expect(["merge", "-r", "root", "-o", "merged", report])
-        env = {**os.environ, "TMPDIR": str(self.temp)}
-        runs = [subprocess.Popen([PROGRAM, "cleanup", "-r", copy, "merged"], cwd=self.scratch,
-                                 env=env, stderr=subprocess.PIPE) for copy in copies]
+        runs = [self.start_program("cleanup", "-r", copy, "merged") for copy in copies]
         for run, copy in zip(runs, copies):
-            self.assertEqual((run.communicate(timeout=300)[1], run.returncode), (b"", 0))
+            self.assertEqual((run.communicate(timeout=60)[1], run.returncode), (b"", 0))
             for name, content in contents.items():
                 self.assertEqual((copy / name).read_bytes(), content.replace(b"//-V1", b""))
 

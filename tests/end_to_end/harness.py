@@ -43,6 +43,14 @@ class EndToEnd(unittest.TestCase):
                               env={**os.environ, "TMPDIR": str(self.temp)}, timeout=300, **options)
         return done.returncode, done.stdout, done.stderr
 
+    def start_program(self, *arguments):
+        """Starts a run that does not outlive the test."""
+        run = subprocess.Popen([PROGRAM, *arguments], stderr=subprocess.PIPE, cwd=self.scratch,
+                               env={**os.environ, "TMPDIR": str(self.temp)})
+        self.addCleanup(run.wait)
+        self.addCleanup(run.kill)
+        return run
+
     def expect(self, arguments, status=0, out=b"", err=b""):
         self.assertEqual(self.run_program(*arguments), (status, out, err), arguments)
 

@@ -110,9 +110,11 @@ class Merge(EndToEnd):
         (self.scratch / "link").symlink_to("root")
         os.mkdir(self.root / "d")
         report = self.raw_report("r", *(record(path, b"", A2) for path in (
-            "root/d/../relative", self.scratch / "link" / "d" / "linked", "/outside", "root")))
+            "root/d/../relative", self.scratch / "link" / "d" / "linked", "/outside", "root",
+            "none/a.cpp", "", f"{self.root}/e/../x/")))
         self.assertEqual(set(self.merged(report)),
-                         {"|?|/relative", "|?|/d/linked", "|?|/.",
+                         {"|?|/relative", "|?|/d/linked", "|?|/.", "|?|/../none/a.cpp", "|?|/..",
+                          "|?|/x/",
                           "|?|/" + "../" * len(self.root.parts[1:]) + "outside"})
 
     def test_within_one_report(self):
@@ -149,8 +151,10 @@ class Merge(EndToEnd):
         self.source("\udcff", b"")
         (self.root / "link").symlink_to("\udcff")
         report = self.raw("r", link=A1)
+        (self.scratch / "out").write_bytes(b"older")
         self.expect(["merge", "-r", "root", "-o", "out", report], 1, b"",
                     b"[json.exception.type_error.316] invalid UTF-8 byte at index 4: 0xFF")
+        self.assertEqual((self.scratch / "out").read_bytes(), b"")
 
 
 if __name__ == "__main__":

@@ -1,0 +1,213 @@
+#include "merge/plain_record.h"
+
+#include <array>
+#include <cstdint>
+#include <cstring>
+
+#include "merge/report_json.h"
+
+namespace {
+
+/// A bit for each key of an object that may come once.
+enum Keys : unsigned { First = 1, Second = 2, Third = 4, Fourth = 8 };
+
+constexpr std::array<bool, 256> PlainBytes = [] {
+  std::array<bool, 256> plain{};
+  for (unsigned byte = ' '; byte <= '~'; ++byte) {
+    plain[byte] = byte != '"' && byte != '\\' && byte != '{' && byte != '}';
+  }
+  return plain;
+}();
+
+/// Walks over the text; each function reads one thing and is false when that does not stand there.
+class PlainReader {
+ public:
+  explicit PlainReader(std::string_view text)
+      : m_at(text.data()), m_end(text.data() + text.size()) {}
+
+  [[nodiscard]] const char* Position() const { return m_at; }
+
+  bool Read(File& file) {
+    unsigned seen = 0;
+    file.version = 1;
+    if (!Token('{')) {
+      return false;
+    }
+    do {
+      std::string_view text;
+      if (Key("\"path\"", First, seen)) {
+        if (!Text(text)) {
+          return false;
+        }
+        file.path = WithoutPlaceholder(text);
+      } else if (Key("\"hash\"", Second, seen)) {
+        if (!Text(text)) {
+          return false;
+        }
+        file.hash = text;
+      } else if (Key("\"lines\"", Third, seen)) {
+        if (!ReadArray(file.lines)) {
+          return false;
+        }
+      } else if (!Key("\"version\"", Fourth, seen) || !Number(file.version)) {
+        return false;
+      }
+    } while (Token(','));
+    return Token('}') && (seen | Fourth) == (First | Second | Third | Fourth);
+  }
+
+ private:
+  bool Read(Line& line) {
+    unsigned seen = 0;
+    if (!Token('{')) {
+      return false;
+    }
+    do {
+      if (Key("\"line\"", First, seen)) {
+        if (!Number(line.line)) {
+          return false;
+        }
+      } else if (!Key("\"markers\"", Second, seen) || !ReadArray(line.markers)) {
+        return false;
+      }
+    } while (Token(','));
+    return Token('}') && seen == (First | Second);
+  }
+
+  bool Read(Marker& marker) {
+    unsigned seen = 0;
+    marker.code = 0;
+    if (!Token('{')) {
+      return false;
+    }
+    do {
+      if (Key("\"code\"", First, seen)) {
+        if (!Number(marker.code)) {
+          return false;
+        }
+      } else if (Key("\"columns\"", Second, seen)) {
+        if (!Read(marker.columns)) {
+          return false;
+        }
+      } else if (!Key("\"offsets\"", Third, seen) || !Read(marker.offsets)) {
+        return false;
+      }
+    } while (Token(','));
+    return Token('}') && (seen | First) == (First | Second | Third);
+  }
+
+  bool Read(Range& range) {
+    unsigned seen = 0;
+    if (!Token('{')) {
+      return false;
+    }
+    do {
+      if (Key("\"begin\"", First, seen)) {
+        if (!Number(range.begin)) {
+          return false;
+        }
+      } else if (!Key("\"end\"", Second, seen) || !Number(range.end)) {
+        return false;
+      }
+    } while (Token(','));
+    return Token('}') && seen == (First | Second);
+  }
+
+  /// Into the elements that are there already, as far as they go.
+  template <typename Element>
+  bool ReadArray(std::vector<Element>& elements) {
+    std::size_t count = 0;
+    if (!Token('[')) {
+      return false;
+    }
+    if (!Token(']')) {
+      do {
+        if (count == elements.size()) {
+          elements.emplace_back();
+        }
+        if (!Read(elements[count])) {
+          return false;
+        }
+        ++count;
+      } while (Token(','));
+      if (!Token(']')) {
+        return false;
+      }
+    }
+    elements.resize(count);
+    return true;
+  }
+
+  bool Token(char token) {
+    SkipBlanks();
+    if (m_at == m_end || *m_at != token) {
+      return false;
+    }
+    ++m_at;
+    return true;
+  }
+
+  /// `name`, its quotes included, and the colon behind it, for the first time in its object.
+  template <std::size_t Size>
+  bool Key(char const (&name)[Size], unsigned bit, unsigned& seen) {
+    constexpr std::size_t length = Size - 1;
+    SkipBlanks();
+    if (static_cast<std::size_t>(m_end - m_at) < length || std::memcmp(m_at, name, length) != 0 ||
+        (seen & bit) != 0) {
+      return false;
+    }
+    seen |= bit;
+    m_at += length;
+    return Token(':');
+  }
+
+  template <typename Unsigned>
+  bool Number(Unsigned& number) {
+    constexpr std::ptrdiff_t mostDigits = 19;  // The most that cannot pass 64 bits.
+    SkipBlanks();
+    const char* const begin = m_at;
+    std::uint64_t value = 0;
+    while (m_at != m_end && *m_at >= '0' && *m_at <= '9') {
+      value = 10 * value + static_cast<unsigned>(*m_at - '0');
+      ++m_at;
+    }
+    const std::ptrdiff_t digits = m_at - begin;
+    if (digits == 0 || digits > mostDigits || (*begin == '0' && digits > 1)) {
+      return false;
+    }
+    // A point or an exponent goes on into what no token fits, and so is refused.
+    number = static_cast<Unsigned>(value);
+    return true;
+  }
+
+  bool Text(std::string_view& text) {
+    if (!Token('"')) {
+      return false;
+    }
+    const char* const begin = m_at;
+    while (m_at != m_end && PlainBytes[static_cast<unsigned char>(*m_at)]) {
+      ++m_at;
+    }
+    text = {begin, static_cast<std::size_t>(m_at - begin)};
+    return m_at != m_end && *m_at++ == '"';
+  }
+
+  void SkipBlanks() {
+    while (m_at != m_end && (*m_at == ' ' || *m_at == '\n' || *m_at == '\t' || *m_at == '\r')) {
+      ++m_at;
+    }
+  }
+
+  const char* m_at;
+  const char* m_end;
+};
+
+}  // namespace
+
+std::optional<std::size_t> ReadPlainRecord(std::string_view text, File& file) {
+  PlainReader reader(text);
+  if (!text.starts_with('{') || !reader.Read(file)) {
+    return std::nullopt;
+  }
+  return static_cast<std::size_t>(reader.Position() - text.data());
+}

@@ -1,0 +1,41 @@
+// A window on a report.
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+#include <vector>
+
+#include "merge/input_file.h"
+
+/// Shows a report from its front on, in large pieces. The window grows only when its reader needs
+/// more at once than it holds, and so stays small whatever the size of the report.
+class ReportWindow {
+ public:
+  /// `input` must outlive the window.
+  explicit ReportWindow(InputFile& input);
+
+  /// What is read and not yet consumed; valid until the next ReadMore.
+  [[nodiscard]] std::string_view Rest() const {
+    return {m_bytes.data() + m_begin, m_end - m_begin};
+  }
+
+  /// Takes `count` bytes off the front of Rest().
+  void Consume(std::size_t count) { m_begin += count; }
+
+  /// Reads on behind Rest(). False at the end of the report, or when reading fails.
+  [[nodiscard]] bool ReadMore();
+
+  /// Consumes as long as the front byte is one of `bytes`; false when the report ends there.
+  [[nodiscard]] bool SkipAny(std::string_view bytes);
+
+  /// The length of the record that begins at the front, by the framing of raw reports: it ends at
+  /// the byte at which its braces balance, and is then in Rest() as a whole. 0 when the report ends
+  /// first.
+  [[nodiscard]] std::size_t FrameRecord();
+
+ private:
+  InputFile& m_input;
+  std::vector<char> m_bytes;
+  std::size_t m_begin = 0;
+  std::size_t m_end = 0;
+};

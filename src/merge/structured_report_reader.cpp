@@ -1,0 +1,140 @@
+#include "merge/structured_report_reader.h"
+
+#include <algorithm>
+#include <fstream>
+#include <nlohmann/json.hpp>
+
+#include "merge/plain_record.h"
+#include "merge/report_json.h"
+#include "merge/report_window.h"
+
+namespace {
+
+constexpr std::string_view Blanks = " \n\t\r";
+
+/// Walks over the frame around the records; each function is false when what it expects does not
+/// stand there.
+class PlainStructuredReader {
+ public:
+  explicit PlainStructuredReader(InputFile& input) : m_window(input) {}
+
+  bool Read(Files& files) {
+    bool hasFiles = false;
+    bool hasVersion = false;
+    if (!Token('{')) {
+      return false;
+    }
+    do {
+      if (!hasFiles && Word("\"files\"")) {
+        hasFiles = Token(':') && ReadRecords(files);
+      } else if (!hasVersion && Word("\"version\"")) {
+        hasVersion = Token(':') && ReadVersion();
+      } else {
+        return false;
+      }
+    } while (Token(','));
+    return hasFiles && hasVersion && Token('}') && !m_window.SkipAny(Blanks);
+  }
+
+ private:
+  bool ReadRecords(Files& files) {
+    if (!Token('[')) {
+      return false;
+    }
+    if (Token(']')) {
+      return true;
+    }
+    File record;
+    do {
+      if (!ReadRecord(record)) {
+        return false;
+      }
+      files.files.insert(files.files.end(), record);
+    } while (Token(','));
+    return Token(']');
+  }
+
+  bool ReadRecord(File& record) {
+    if (!m_window.SkipAny(Blanks)) {
+      return false;
+    }
+    if (const auto length = ReadPlainRecord(m_window.Rest(), record)) {
+      m_window.Consume(*length);
+      return true;
+    }
+    // An object that the library accepts by itself is what it would find here in the whole report.
+    const std::size_t length = m_window.FrameRecord();
+    const std::string_view text = m_window.Rest().substr(0, length);
+    if (!text.starts_with('{')) {
+      return false;
+    }
+    if (ReadPlainRecord(text, record) != length) {
+      record = nlohmann::json::parse(text).get<File>();
+    }
+    m_window.Consume(length);
+    return true;
+  }
+
+  /// Only a single digit: what the version is does not matter, and is left as it was.
+  bool ReadVersion() {
+    if (!m_window.SkipAny(Blanks) || m_window.Rest().front() < '0' ||
+        m_window.Rest().front() > '9') {
+      return false;
+    }
+    m_window.Consume(1);
+    return true;
+  }
+
+  bool Token(char token) {
+    if (!m_window.SkipAny(Blanks) || m_window.Rest().front() != token) {
+      return false;
+    }
+    m_window.Consume(1);
+    return true;
+  }
+
+  bool Word(std::string_view word) {
+    if (!m_window.SkipAny(Blanks)) {
+      return false;
+    }
+    while (m_window.Rest().size() < word.size() && m_window.ReadMore()) {
+    }
+    if (!m_window.Rest().starts_with(word)) {
+      return false;
+    }
+    m_window.Consume(word.size());
+    return true;
+  }
+
+  ReportWindow m_window;
+};
+
+}  // namespace
+
+std::optional<Files> ReadPlainStructuredReport(std::filesystem::path const& path) {
+  InputFile input(path);
+  Files files;
+  try {
+    if (PlainStructuredReader(input).Read(files) && !input.Failed()) {
+      return files;
+    }
+  } catch (nlohmann::json::exception const&) {
+    // An unusual record that the library may refuse for this reader's cutting alone.
+  }
+  return std::nullopt;
+}
+
+std::optional<Files> ReadStructuredReport(std::filesystem::path const& path) {
+  if (auto files = ReadPlainStructuredReport(path)) {
+    return files;
+  }
+  try {
+    std::ifstream stream(path);
+    return nlohmann::json::parse(stream).get<Files>();
+  } catch (nlohmann::json::exception const&) {
+    return std::nullopt;
+  } catch (std::ios_base::failure const&) {
+    // Some standard libraries throw when a report cannot be read, a directory for one.
+    return std::nullopt;
+  }
+}
