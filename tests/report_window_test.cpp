@@ -9,16 +9,15 @@
 namespace {
 
 std::vector<std::string> RecordsOf(std::filesystem::path const& path) {
-  InputFile input(path);
-  ReportWindow window(input);
+  ReportWindow window(path);
   std::vector<std::string> records;
   while (window.SkipAny("\n")) {
-    const std::size_t length = window.FrameRecord();
-    if (length == 0) {
+    records.emplace_back(window.FrameRecord());
+    if (records.back().empty()) {
+      records.pop_back();
       break;
     }
-    records.emplace_back(window.Rest().substr(0, length));
-    window.Consume(length);
+    window.Consume(records.back().size());
   }
   return records;
 }

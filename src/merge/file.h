@@ -5,7 +5,10 @@
 #include <cstdint>
 #include <filesystem>
 #include <string>
+#include <string_view>
 #include <vector>
+
+#include "merge/path_order.h"
 
 /// A half-open range as the analyzer core reports it; carried from report to report unchanged.
 struct Range {
@@ -53,7 +56,9 @@ struct File {
   [[nodiscard]] std::string PathToString(std::filesystem::path sourceTreeRoot) const;
 
   /// Compares element by element, so that a/b comes before a-b.
-  friend bool operator<(File const& left, File const& right) { return left.path < right.path; }
+  friend bool operator<(File const& left, File const& right) {
+    return ComparePaths(left.path, right.path) < 0;
+  }
 };
 
 /// Stands for the source-tree root at the beginning of a path in a report.

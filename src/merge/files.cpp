@@ -4,9 +4,10 @@
 #include <fstream>
 #include <nlohmann/json.hpp>
 #include <stdexcept>
+#include <string>
+#include <unordered_map>
 #include <utility>
 
-#include "merge/input_file.h"
 #include "merge/raw_record_reader.h"
 #include "merge/structured_report_reader.h"
 #include "merge/structured_report_writer.h"
@@ -28,51 +29,76 @@ void KeepCommon(FileSet& files, FileSet const& others) {
   });
 }
 
-/// Adds one record of a raw report, or intersects it with the record that has its path.
-void MergeRawRecord(FileSet& files, File const& record, fs::path const& sourceTreeRoot) {
-  if (files.insert(record).second) {
-    return;
-  }
-  const auto stored = files.find(record);
-  if (stored == files.end()) {  // Cannot happen in a set; a guard against a change of container.
-    throw std::runtime_error(
-        std::format("Merge error for file '{}'.", record.PathToString(sourceTreeRoot)));
-  }
-  if (stored->hash != record.hash) {
-    throw std::runtime_error(std::format("Hash mismatch while merging reports for file '{}'.",
-                                         record.PathToString(sourceTreeRoot)));
-  }
-  stored->Intersect(record);
-}
+/// Merges one raw report: adds its records, or intersects them with those that have their path.
+class RawMerge {
+ public:
+  RawMerge(FileSet& files, SourcePaths& paths, fs::path const& sourceTreeRoot)
+      : m_files(files), m_paths(paths), m_root(sourceTreeRoot) {}
 
-void MergeRawReport(FileSet& files, fs::path const& reportPath, fs::path const& sourceTreeRoot) {
-  InputFile input(reportPath);
-  RawRecordReader reader(input);
-  File record;
-  while (reader.Next(record)) {
-    // A relative path is relative to the directory the tool runs in, not to the root.
-    record.path = WeaklyCanonical(record.path).lexically_relative(WeaklyCanonical(sourceTreeRoot));
-    MergeRawRecord(files, record, sourceTreeRoot);
+  void Merge(RawRecordReader& reader) {
+    File record;
+    while (reader.Next(record)) {
+      Merge(record);
+    }
   }
-}
+
+ private:
+  void Merge(File& record) {
+    const auto [stored, isNew] = Find(record);
+    if (isNew) {
+      return;
+    }
+    if (stored->hash != record.hash) {
+      record.path = stored->path;
+      throw std::runtime_error(std::format("Hash mismatch while merging reports for file '{}'.",
+                                           record.PathToString(m_root)));
+    }
+    stored->Intersect(record);
+  }
+
+  /// The stored record for the path as written, which is looked up only once, and whether it is
+  /// this very record, just stored.
+  std::pair<FileSet::iterator, bool> Find(File& record) {
+    const auto [known, isUnknown] = m_stored.try_emplace(record.path.native(), m_files.end());
+    if (!isUnknown) {
+      return {known->second, false};
+    }
+    record.path = m_paths.Relative(record.path, m_root);
+    const auto [stored, isNew] = m_files.insert(record);
+    if (stored == m_files.end()) {  // Cannot happen in a set; a guard against another container.
+      throw std::runtime_error(
+          std::format("Merge error for file '{}'.", record.PathToString(m_root)));
+    }
+    known->second = stored;
+    return {stored, isNew};
+  }
+
+  FileSet& m_files;
+  SourcePaths& m_paths;
+  fs::path const& m_root;
+  std::unordered_map<std::string, FileSet::iterator> m_stored;
+};
 
 }  // namespace
 
 void Files::ExtractFromReport(fs::path const& reportPath, bool isFirstReport,
                               fs::path const& sourceTreeRoot) {
-  if (auto structured = ReadStructuredReport(reportPath)) {
-    if (isFirstReport) {
-      files = std::move(structured->files);
-    } else {
-      KeepCommon(files, structured->files);
+  RawRecordReader reader(reportPath);
+  if (!reader.IsRawForCertain()) {
+    if (auto structured = ReadStructuredReport(reportPath)) {
+      if (isFirstReport) {
+        files = std::move(structured->files);
+      } else {
+        KeepCommon(files, structured->files);
+      }
+      return;
     }
-    return;
   }
   if (sourceTreeRoot.empty()) {
     throw std::runtime_error("Please specify the '--sourcetree-root' flag to merge raw reports.");
   }
   try {
-    MergeRawReport(files, reportPath, sourceTreeRoot);
+    RawMerge(files, m_paths, sourceTreeRoot).Merge(reader);
   } catch (nlohmann::json::exception const&) {
     throw std::runtime_error(
         std::format("Parsing error for file '{}'.", WeaklyCanonical(reportPath).string()));

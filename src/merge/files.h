@@ -7,6 +7,7 @@
 #include <set>
 
 #include "merge/file.h"
+#include "merge/source_paths.h"
 
 /// At most one record for each source path, in path order. Filled on the main thread, before any
 /// worker exists; not safe to change from several threads.
@@ -36,4 +37,7 @@ struct Files {
   /// Throws TesselConverter::FilesystemException when `output` cannot be opened, and the JSON
   /// library's exception for a path that is not UTF-8. (Defined beside the report writers.)
   void SaveQlnReport(std::filesystem::path const& output);
+
+ private:
+  SourcePaths m_paths;  ///< What raw reports taught about paths; no part of the collection.
 };

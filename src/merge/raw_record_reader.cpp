@@ -5,23 +5,35 @@
 #include "merge/plain_record.h"
 #include "merge/report_json.h"
 
-bool RawRecordReader::Next(File& file) {
-  if (!m_window.SkipAny("\n")) {
-    return false;
+bool RawRecordReader::IsRawForCertain() {
+  std::error_code ignored;
+  File first;
+  if (std::filesystem::is_regular_file(m_path, ignored) && NextPlain(first)) {
+    m_ahead = std::move(first);
   }
-  if (const auto length = ReadPlainRecord(m_window.Rest(), file)) {
-    m_window.Consume(*length);
+  return m_ahead.has_value();
+}
+
+bool RawRecordReader::Next(File& file) {
+  if (m_ahead) {
+    file = *std::exchange(m_ahead, std::nullopt);
     return true;
   }
-  // Unusual, or not yet in the window as a whole.
-  const std::size_t length = m_window.FrameRecord();
-  if (length == 0) {
+  if (NextPlain(file)) {
+    return true;
+  }
+  const std::string_view record = m_window->FrameRecord();
+  if (record.empty()) {
     return false;
   }
-  const std::string_view record = m_window.Rest().substr(0, length);
-  if (ReadPlainRecord(record, file) != length) {
-    file = nlohmann::json::parse(record).get<File>();
-  }
-  m_window.Consume(length);
+  file = nlohmann::json::parse(record).get<File>();
+  m_window->Consume(record.size());
   return true;
+}
+
+bool RawRecordReader::NextPlain(File& file) {
+  if (!m_window) {
+    m_window.emplace(m_path);
+  }
+  return m_window->SkipAny("\n") && TakePlainRecord(*m_window, file);
 }

@@ -1,6 +1,10 @@
 // Reading a raw report record by record.
 #pragma once
 
+#include <filesystem>
+#include <optional>
+#include <utility>
+
 #include "merge/file.h"
 #include "merge/report_window.h"
 
@@ -17,13 +21,21 @@
 /// that does not close before the end of the report is dropped without a message.
 class RawRecordReader {
  public:
-  /// `input` must outlive the reader.
-  explicit RawRecordReader(InputFile& input) : m_window(input) {}
+  /// Opens nothing yet: what is no ordinary file, a pipe for one, may be readable only once.
+  explicit RawRecordReader(std::filesystem::path path) : m_path(std::move(path)) {}
+
+  /// Whether the report is an ordinary file and raw for certain: its first value is a plain record,
+  /// and so no structured report. To be asked first, if at all; reads ahead that one record.
+  [[nodiscard]] bool IsRawForCertain();
 
   /// Reads the next record into `file`, whose memory is used again; false at the end of the report
   /// or when reading fails. Throws the JSON library's exceptions for what is no file record.
   [[nodiscard]] bool Next(File& file);
 
  private:
-  ReportWindow m_window;
+  [[nodiscard]] bool NextPlain(File& file);
+
+  std::filesystem::path m_path;
+  std::optional<ReportWindow> m_window;
+  std::optional<File> m_ahead;
 };

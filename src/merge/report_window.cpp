@@ -2,24 +2,36 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <span>
+#include <cstring>
+#include <utility>
 
 namespace {
 constexpr std::size_t InitialSize = std::size_t{256} * 1024;
 }
 
-ReportWindow::ReportWindow(InputFile& input) : m_input(input), m_bytes(InitialSize) {}
+ReportWindow::ReportWindow(std::filesystem::path const& path)
+    : m_input(path),
+      m_capacity(InitialSize),
+      m_bytes(std::make_unique_for_overwrite<char[]>(m_capacity)) {}
 
 bool ReportWindow::ReadMore() {
-  std::copy(m_bytes.data() + m_begin, m_bytes.data() + m_end, m_bytes.data());
+  if (m_begin == 0 && m_end == m_capacity) {
+    Grow();
+  }
+  std::memmove(m_bytes.get(), m_bytes.get() + m_begin, m_end - m_begin);
   m_end -= m_begin;
   m_begin = 0;
-  if (m_end == m_bytes.size()) {
-    m_bytes.resize(2 * m_bytes.size());
-  }
-  const std::size_t count = m_input.Read(std::span(m_bytes).subspan(m_end));
+  const std::size_t count = m_input.Read({m_bytes.get() + m_end, m_capacity - m_end});
   m_end += count;
   return count > 0;
+}
+
+void ReportWindow::Grow() {
+  const std::size_t capacity = 2 * m_capacity;
+  auto bytes = std::make_unique_for_overwrite<char[]>(capacity);
+  std::memcpy(bytes.get(), m_bytes.get(), m_end);
+  m_bytes = std::move(bytes);
+  m_capacity = capacity;
 }
 
 bool ReportWindow::SkipAny(std::string_view bytes) {
@@ -32,7 +44,7 @@ bool ReportWindow::SkipAny(std::string_view bytes) {
   return false;
 }
 
-std::size_t ReportWindow::FrameRecord() {
+std::string_view ReportWindow::FrameRecord() {
   std::int64_t depth = 0;
   std::size_t length = 0;
   do {
@@ -41,9 +53,9 @@ std::size_t ReportWindow::FrameRecord() {
       const char byte = rest[length++];
       depth += static_cast<int>(byte == '{') - static_cast<int>(byte == '}');
       if (depth == 0) {
-        return length;
+        return rest.substr(0, length);
       }
     }
   } while (ReadMore());
-  return 0;
+  return {};
 }

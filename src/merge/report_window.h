@@ -2,8 +2,9 @@
 #pragma once
 
 #include <cstddef>
+#include <filesystem>
+#include <memory>
 #include <string_view>
-#include <vector>
 
 #include "merge/input_file.h"
 
@@ -11,13 +12,13 @@
 /// more at once than it holds, and so stays small whatever the size of the report.
 class ReportWindow {
  public:
-  /// `input` must outlive the window.
-  explicit ReportWindow(InputFile& input);
+  explicit ReportWindow(std::filesystem::path const& path);
+
+  /// Whether the report could not be opened or read to its end.
+  [[nodiscard]] bool Failed() const { return m_input.Failed(); }
 
   /// What is read and not yet consumed; valid until the next ReadMore.
-  [[nodiscard]] std::string_view Rest() const {
-    return {m_bytes.data() + m_begin, m_end - m_begin};
-  }
+  [[nodiscard]] std::string_view Rest() const { return {m_bytes.get() + m_begin, m_end - m_begin}; }
 
   /// Takes `count` bytes off the front of Rest().
   void Consume(std::size_t count) { m_begin += count; }
@@ -28,14 +29,16 @@ class ReportWindow {
   /// Consumes as long as the front byte is one of `bytes`; false when the report ends there.
   [[nodiscard]] bool SkipAny(std::string_view bytes);
 
-  /// The length of the record that begins at the front, by the framing of raw reports: it ends at
-  /// the byte at which its braces balance, and is then in Rest() as a whole. 0 when the report ends
-  /// first.
-  [[nodiscard]] std::size_t FrameRecord();
+  /// The record that begins at the front, by the framing of raw reports: it ends at the byte at
+  /// which its braces balance. Empty when the report ends first. Valid until the next ReadMore.
+  [[nodiscard]] std::string_view FrameRecord();
 
  private:
-  InputFile& m_input;
-  std::vector<char> m_bytes;
+  void Grow();
+
+  InputFile m_input;
+  std::size_t m_capacity;
+  std::unique_ptr<char[]> m_bytes;
   std::size_t m_begin = 0;
   std::size_t m_end = 0;
 };

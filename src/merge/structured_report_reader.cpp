@@ -16,7 +16,7 @@ constexpr std::string_view Blanks = " \n\t\r";
 /// stand there.
 class PlainStructuredReader {
  public:
-  explicit PlainStructuredReader(InputFile& input) : m_window(input) {}
+  explicit PlainStructuredReader(std::filesystem::path const& path) : m_window(path) {}
 
   bool Read(Files& files) {
     bool hasFiles = false;
@@ -33,7 +33,7 @@ class PlainStructuredReader {
         return false;
       }
     } while (Token(','));
-    return hasFiles && hasVersion && Token('}') && !m_window.SkipAny(Blanks);
+    return hasFiles && hasVersion && Token('}') && !m_window.SkipAny(Blanks) && !m_window.Failed();
   }
 
  private:
@@ -58,20 +58,16 @@ class PlainStructuredReader {
     if (!m_window.SkipAny(Blanks)) {
       return false;
     }
-    if (const auto length = ReadPlainRecord(m_window.Rest(), record)) {
-      m_window.Consume(*length);
+    if (TakePlainRecord(m_window, record)) {
       return true;
     }
     // An object that the library accepts by itself is what it would find here in the whole report.
-    const std::size_t length = m_window.FrameRecord();
-    const std::string_view text = m_window.Rest().substr(0, length);
+    const std::string_view text = m_window.FrameRecord();
     if (!text.starts_with('{')) {
       return false;
     }
-    if (ReadPlainRecord(text, record) != length) {
-      record = nlohmann::json::parse(text).get<File>();
-    }
-    m_window.Consume(length);
+    record = nlohmann::json::parse(text).get<File>();
+    m_window.Consume(text.size());
     return true;
   }
 
@@ -112,10 +108,13 @@ class PlainStructuredReader {
 }  // namespace
 
 std::optional<Files> ReadPlainStructuredReport(std::filesystem::path const& path) {
-  InputFile input(path);
+  // What is no ordinary file, a pipe for one, may be readable only once: it is the library's.
+  if (std::error_code ignored; !std::filesystem::is_regular_file(path, ignored)) {
+    return std::nullopt;
+  }
   Files files;
   try {
-    if (PlainStructuredReader(input).Read(files) && !input.Failed()) {
+    if (PlainStructuredReader(path).Read(files)) {
       return files;
     }
   } catch (nlohmann::json::exception const&) {

@@ -2,6 +2,7 @@
 
 import json
 import os
+import threading
 import unittest
 
 from harness import EndToEnd, record
@@ -138,6 +139,15 @@ class Merge(EndToEnd):
         no_root = b"Please specify the '--sourcetree-root' flag to merge raw reports."
         self.fails(no_root, "report.json", root="")
         self.fails(no_root, "missing", root="")
+
+    def test_a_structured_report_through_a_pipe(self):
+        os.mkfifo(self.scratch / "pipe")
+        report = self.scratch / self.structured("s", a=A1)
+        writer = threading.Thread(target=lambda: (self.scratch / "pipe").write_bytes(
+            report.read_bytes()))
+        writer.start()
+        self.assertEqual(self.merged("pipe"), {"|?|/a": {1: [501], 3: [502]}})
+        writer.join()
 
     def test_an_unfinished_record_is_dropped(self):
         text = json.dumps(record(self.root / "a", b"", A2))

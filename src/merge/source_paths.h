@@ -1,0 +1,30 @@
+// Making the paths of raw reports relative to the source-tree root.
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+/// Gives WeaklyCanonical(path).lexically_relative(WeaklyCanonical(root)), with the same exceptions,
+/// but remembers what it found: the standard functions ask the file system about every folder of
+/// every path, this about one file, once. It so sees a tree as it was when it first looked.
+class SourcePaths {
+ public:
+  [[nodiscard]] std::filesystem::path const& Relative(std::filesystem::path const& path,
+                                                      std::filesystem::path const& root);
+
+ private:
+  void SetRoot(std::filesystem::path const& root);
+  [[nodiscard]] std::filesystem::path Find(std::filesystem::path const& path);
+  [[nodiscard]] std::filesystem::path FindPlainly(std::filesystem::path const& path);
+  [[nodiscard]] std::optional<std::string> const& FindFolder(std::string_view folder);
+
+  std::filesystem::path m_root;
+  std::optional<std::filesystem::path> m_canonicalRoot;  ///< Looked up for the first path.
+  /// For each folder as reports write it, what to put before the name of a file in it; nothing for
+  /// folders whose files each need the plain way.
+  std::unordered_map<std::string, std::optional<std::string>> m_folders;
+  std::unordered_map<std::string, std::filesystem::path> m_files;
+};
