@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
+#include <vector>
 
 namespace {
 
@@ -43,6 +45,23 @@ TEST(Sha1, AnyDivisionIntoCallsGivesTheSameDigest) {
       // Asking in between must not disturb the stream.
       ASSERT_EQ(sha1.getHash(), HashOf(text.substr(0, begin)));
     }
+  }
+}
+
+TEST(Sha1, TheProcessorsInstructionsDoTheSame) {
+  const Sha1Blocks ofProcessor = Sha1BlocksOfProcessor();
+  if (ofProcessor == nullptr) {
+    GTEST_SKIP() << "this processor has none";
+  }
+  std::minstd_rand random(23);
+  std::vector<unsigned char> blocks(64 * 5);
+  Sha1State portable{};
+  Sha1State quick{};
+  for (int round = 0; round < 1000; ++round) {
+    std::ranges::generate(blocks, [&random] { return static_cast<unsigned char>(random()); });
+    Sha1BlocksPortable(portable, blocks.data(), static_cast<std::size_t>(1 + round % 5));
+    ofProcessor(quick, blocks.data(), static_cast<std::size_t>(1 + round % 5));
+    ASSERT_EQ(portable, quick);
   }
 }
 

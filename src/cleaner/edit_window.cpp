@@ -3,20 +3,52 @@
 #include <algorithm>
 #include <cstring>
 
-EditWindow::EditWindow(InputFile& input, TemporaryFile& output)
-    : m_input(input), m_output(output), m_buffer(std::make_unique_for_overwrite<char[]>(Size)) {}
+#include "merge/sha1.h"
+
+EditWindow::EditWindow(SourceFile& source)
+    : m_source(source),
+      m_buffer(std::make_unique_for_overwrite<char[]>(
+          std::min<std::uint64_t>(Size, std::max<std::uint64_t>(source.Size(), 1)))),
+      m_unread(source.Size()) {}
+
+std::optional<std::string> EditWindow::HashSource() {
+  SHA1 sha1;
+  while (m_unread > 0 && !m_failed) {
+    ReadNext();
+    sha1.add(m_buffer.get(), m_size);
+  }
+  return m_failed ? std::nullopt : std::optional(sha1.getHash());
+}
+
+void EditWindow::BeginEditing(TemporaryFile& output) {
+  m_output = &output;
+  if (!FitsWhole()) {
+    m_failed = m_failed || !m_source.Rewind();
+    m_unread = m_source.Size();
+    m_size = 0;
+  }
+  LookForLineEnds();
+}
 
 bool EditWindow::Refill() {
   if (m_position < m_size) {
     return true;
   }
-  m_output.Write({m_buffer.get(), m_kept});
-  m_size = m_input.Read({m_buffer.get(), Size});
+  WriteKept();
+  if (m_unread == 0 || m_failed) {
+    return false;
+  }
+  ReadNext();
   m_position = 0;
   m_kept = 0;
-  m_nextCr = Find('\r');
-  m_nextLf = Find('\n');
-  return m_size > 0;
+  m_written = 0;
+  LookForLineEnds();
+  return !m_failed;
+}
+
+void EditWindow::WriteKept() {
+  m_output->Write({m_buffer.get() + m_written, m_kept - m_written});
+  m_written = m_kept;
 }
 
 void EditWindow::Keep(std::size_t count) {
@@ -35,6 +67,21 @@ std::size_t EditWindow::LengthToLineEnd() {
     m_nextLf = Find('\n');
   }
   return std::min(m_nextCr, m_nextLf) - m_position;
+}
+
+std::optional<std::string_view> EditWindow::WholeResult() const {
+  return FitsWhole() ? std::optional(std::string_view(m_buffer.get(), m_kept)) : std::nullopt;
+}
+
+void EditWindow::ReadNext() {
+  m_size = static_cast<std::size_t>(std::min<std::uint64_t>(Size, m_unread));
+  m_unread -= m_size;
+  m_failed = !m_source.Read({m_buffer.get(), m_size});
+}
+
+void EditWindow::LookForLineEnds() {
+  m_nextCr = Find('\r');
+  m_nextLf = Find('\n');
 }
 
 std::size_t EditWindow::Find(char byte) const {

@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 #include <exception>
+#include <functional>
 #include <iostream>
 #include <syncstream>
 #include <thread>
@@ -10,10 +11,13 @@
 #include "cleaner/marks_filter.h"
 #include "cleaner/thread_pool.h"
 #include "merge/files.h"
+#include "process_statics.h"
 
 namespace {
 
 namespace fs = std::filesystem;
+
+constexpr std::string_view TempDirName = "qln_fp_cleaner";
 
 Files MergeReports(Configuration const& config) {
   Files files;
@@ -60,7 +64,8 @@ unsigned int WorkerCount(unsigned int requested) {
 void CleanSources(Files const& files, fs::path const& root, unsigned int threads) {
   thread_pool pool(WorkerCount(threads));
   for (File const& file : files.files) {
-    pool.push_task([&root](File const& queued) { CleanFile(queued, root); }, file);
+    // The collection outlives the pool; the record is copied only once, by the task.
+    pool.push_task([&root](File const& queued) { CleanFile(queued, root); }, std::cref(file));
   }
   pool.wait_for_tasks();
 }
@@ -81,5 +86,10 @@ void faCleaner::StartProgram(Configuration const& config, unsigned int threads) 
 }
 
 fs::path faCleaner::GetTempDir() {
-  return fs::temp_directory_path() / "qln_fp_cleaner";
+  return fs::temp_directory_path() / TempDirName;
+}
+
+fs::path faCleaner::GetUncheckedTempDir() {
+  const std::string directory = GetTempDirectory();
+  return directory.empty() ? GetTempDir() : fs::path(directory) / TempDirName;
 }

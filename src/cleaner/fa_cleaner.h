@@ -24,4 +24,7 @@ void StartProgram(Configuration const& config, unsigned int threads);
 /// the temporary directory of the environment does not exist.
 [[nodiscard]] std::filesystem::path GetTempDir();
 
+/// The same without a look whether the directory of the environment exists.
+[[nodiscard]] std::filesystem::path GetUncheckedTempDir();
+
 }  // namespace faCleaner

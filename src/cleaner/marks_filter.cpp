@@ -2,54 +2,14 @@
 
 #include <algorithm>
 #include <format>
-#include <optional>
 #include <stdexcept>
 #include <utility>
 
-#include "cleaner/fa_cleaner.h"
-#include "cleaner/file_stamp.h"
-#include "merge/sha1.h"
-
-namespace {
+#include "cleaner/source_file.h"
+#include "cleaner/source_replacement.h"
+#include "cleaner/temporary_file.h"
 
 namespace fs = std::filesystem;
-
-/// Where the source stands on disk; nothing when its path leads nowhere. Without a root the path is
-/// in its display form, which names no file. A path with a NUL would name another file to the
-/// system than the one that it names here.
-std::optional<fs::path> FindSource(File const& file, fs::path const& root) {
-  std::error_code error;
-  const fs::path canonical = fs::canonical(file.PathToString(root), error);
-  if (root.empty() || error || file.path.native().find('\0') != std::string::npos) {
-    return std::nullopt;
-  }
-  return canonical;
-}
-
-/// The SHA-1 of the whole content; nothing when it cannot be read in full.
-std::optional<std::string> ContentHash(InputFile& source) {
-  const auto buffer = std::make_unique_for_overwrite<char[]>(EditWindow::Size);
-  SHA1 sha1;
-  while (const std::size_t count = source.Read({buffer.get(), EditWindow::Size})) {
-    sha1.add(buffer.get(), count);
-  }
-  return source.Failed() ? std::nullopt : std::optional(sha1.getHash());
-}
-
-/// Makes the backup, then the temporary copy the source; when that fails, the backup the source.
-void ReplaceSource(fs::path const& source, fs::path const& temporary) {
-  const fs::path backup = source.native() + std::string(MarksFilter::TempName);
-  fs::rename(source, backup);
-  try {
-    fs::copy_file(temporary, source, fs::copy_options::overwrite_existing);
-  } catch (fs::filesystem_error const&) {
-    fs::rename(backup, source);
-    throw;
-  }
-  fs::remove(temporary);
-}
-
-}  // namespace
 
 MarksFilter::MarksFilter(File file) : m_file(std::move(file)) {}
 
@@ -62,13 +22,17 @@ void MarksFilter::SaveFilteredFile(fs::path const& root) {
     return std::runtime_error(std::format("Hash mismatch for file '{}'.", source.native()));
   };
 
-  const std::optional<fs::path> canonical = FindSource(m_file, root);
-  const auto stamp = canonical ? FileStamp::OfRegularFile(*canonical) : std::nullopt;
-  if (!stamp) {
+  // A path with a NUL would name another file to the system than the one that it names here, and
+  // without a root the path is in its display form, which names none.
+  const bool namesFile = !root.empty() && source.native().find('\0') == std::string::npos;
+  SourceFile input(namesFile ? source : fs::path());
+  if (!input.IsOpen()) {
+    // Making the path canonical may have more to say on why.
+    static_cast<void>(m_file.PathToString(root));
     throw mismatch();
   }
-  InputFile input(*canonical);
-  if (ContentHash(input) != m_file.hash) {
+  EditWindow window(input);
+  if (window.HashSource() != m_file.hash) {
     throw mismatch();
   }
   // A line without markers names nothing to remove, and no marker to look for.
@@ -77,24 +41,23 @@ void MarksFilter::SaveFilteredFile(fs::path const& root) {
     return;
   }
 
-  fs::create_directory(faCleaner::GetTempDir());
-  TemporaryFile temporary(faCleaner::GetTempDir() / source.filename());
-  Filter(input, temporary);
+  TemporaryFile temporary(source.filename());
+  window.BeginEditing(temporary);
+  Filter(window);
   // Our turn may have been long in coming, and another run may have cleaned the file meanwhile, or
   // an editor saved it. Such a file must not become the backup in place of the original.
-  if (input.Failed() || FileStamp::OfRegularFile(source) != stamp) {
+  if (window.Failed() || !input.StandsUnchangedAt(source)) {
     fs::remove(temporary.Path());
     throw mismatch();
   }
   // A rewritten file has the permissions of a new one, because it is a copy of one.
-  ReplaceSource(source, temporary.Path());
+  const fs::path backup = source.native() + std::string(TempName);
+  ReplaceSource(source, backup, temporary, window.WholeResult());
 }
 
-void MarksFilter::Filter(InputFile& source, TemporaryFile& output) {
+void MarksFilter::Filter(EditWindow& window) {
   m_state =
       AtListedLine() ? &MarksFilter::StateInterestedLine : &MarksFilter::StateNotInterestedLine;
-  source.Rewind();
-  EditWindow window(source, output);
   while (window.Refill()) {
     (this->*m_state)(window);
   }

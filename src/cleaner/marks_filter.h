@@ -34,7 +34,7 @@ class MarksFilter {
  private:
   using State = void (MarksFilter::*)(EditWindow&);
 
-  void Filter(InputFile& source, TemporaryFile& output);
+  void Filter(EditWindow& window);
   void StateInterestedLine(EditWindow& window);
   void StateNotInterestedLine(EditWindow& window);
   void StatePassSymbols(EditWindow& window);

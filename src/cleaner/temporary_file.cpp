@@ -7,26 +7,33 @@
 
 #include <cerrno>
 #include <system_error>
-#include <utility>
+
+#include "cleaner/fa_cleaner.h"
 
 namespace fs = std::filesystem;
 
-TemporaryFile::TemporaryFile(fs::path path) : m_path(std::move(path)) {
-  OpenAndLock();
-  m_writable = m_descriptor >= 0 && ::ftruncate(m_descriptor, 0) == 0;
-  if (m_writable) {
-    return;
-  }
-  const std::error_code reason(errno, std::system_category());
-  Close();
-  std::error_code ignored;
-  if (fs::is_regular_file(m_path, ignored)) {
-    throw fs::filesystem_error("cannot write the temporary file", m_path, reason);
+TemporaryFile::TemporaryFile(fs::path const& name) {
+  Open(name);
+  m_isWhole = m_descriptor >= 0 && MakeEmpty();
+  if (!m_isWhole) {
+    RefuseForeignText();
   }
 }
 
 TemporaryFile::~TemporaryFile() {
   Close();
+}
+
+void TemporaryFile::Open(fs::path const& name) {
+  // The directory is nearly always there already.
+  m_path = faCleaner::GetUncheckedTempDir() / name;
+  OpenAndLock();
+  if (m_descriptor < 0) {
+    const fs::path directory = faCleaner::GetTempDir();
+    fs::create_directory(directory);
+    m_path = directory / name;
+    OpenAndLock();
+  }
 }
 
 void TemporaryFile::OpenAndLock() {
@@ -41,26 +48,43 @@ void TemporaryFile::OpenAndLock() {
     }
     while (::flock(m_descriptor, LOCK_EX) != 0 && errno == EINTR) {
     }
-  } while (IsGone());
+  } while (!IsStillAtPath());
 }
 
-bool TemporaryFile::IsGone() const noexcept {
+bool TemporaryFile::IsStillAtPath() noexcept {
+  struct stat opened{};
+  if (::fstat(m_descriptor, &opened) != 0) {
+    m_foundSize = 1;  // Unknown: to be truncated.
+    return true;
+  }
+  m_foundSize = opened.st_size;
+  m_mode = opened.st_mode & 07777;
   struct stat standing{};
   if (::stat(m_path.c_str(), &standing) != 0) {
-    return errno == ENOENT;
+    return errno != ENOENT;
   }
-  struct stat opened{};
-  return ::fstat(m_descriptor, &opened) == 0 &&
-         (opened.st_dev != standing.st_dev || opened.st_ino != standing.st_ino);
+  return opened.st_dev == standing.st_dev && opened.st_ino == standing.st_ino;
+}
+
+bool TemporaryFile::MakeEmpty() const noexcept {
+  return m_foundSize == 0 || ::ftruncate(m_descriptor, 0) == 0;
+}
+
+void TemporaryFile::RefuseForeignText() const {
+  const std::error_code reason(errno, std::system_category());
+  std::error_code ignored;
+  if (fs::is_regular_file(m_path, ignored)) {
+    throw fs::filesystem_error("cannot write the temporary file", m_path, reason);
+  }
 }
 
 void TemporaryFile::Write(std::span<char const> bytes) noexcept {
-  while (!bytes.empty() && m_writable) {
+  while (!bytes.empty() && m_isWhole) {
     const ssize_t count = ::write(m_descriptor, bytes.data(), bytes.size());
     if (count > 0) {
       bytes = bytes.subspan(static_cast<std::size_t>(count));
     } else if (count == 0 || errno != EINTR) {
-      m_writable = false;  // What follows a lost piece is not written either: cut, never garbled.
+      m_isWhole = false;  // What follows a lost piece is not written either: cut, never garbled.
     }
   }
 }

@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <string>
 
+#include "merge/sha1_blocks.h"
+
 /// Streaming SHA-1 as defined by FIPS 180-4, Secure Hash Standard. A plain value that allocates
 /// nothing; each user owns one.
 class SHA1 {
@@ -20,10 +22,10 @@ class SHA1 {
  private:
   static constexpr std::size_t BlockSize = 64;
 
-  void processBlock(void const* block);
+  void processBlocks(unsigned char const* blocks, std::size_t count);
 
   std::uint64_t m_numBytes = 0;  ///< Bytes consumed in whole blocks.
   std::size_t m_bufferSize = 0;  ///< Bytes waiting in the buffer.
   std::array<unsigned char, BlockSize> m_buffer{};
-  std::array<std::uint32_t, 5> m_state{0x67452301, 0xefcdab89, 0x98badcfe, 0x10325476, 0xc3d2e1f0};
+  Sha1State m_state{0x67452301, 0xefcdab89, 0x98badcfe, 0x10325476, 0xc3d2e1f0};
 };
