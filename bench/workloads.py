@@ -113,19 +113,24 @@ def many_lines(root, count=200000):
 
 def raw_reports(directory, root, reports, files, lines, repeats=1):
     """Reports alone, of sources that need not exist: `repeats` records a file in each, as headers
-    have that are compiled again and again."""
+    have that are compiled again and again; one in fifty of the repeated differs."""
     paths, chance = [], random.Random(SEED)
     names = [f"{root}/src/module{index % 50}/sub{index % 7}/file{index}.cpp"
              for index in range(files)]
     every = [[{"line": 7 * number + index % 5, "markers": [marker(500 + number % 400, 30)]}
               for number in range(1, lines + 1)] for index in range(50)]
+
+    def text(index):
+        kept = [line for line in every[index % 50] if chance.random() < 0.97]
+        digest = hashlib.sha1(names[index].encode()).hexdigest()
+        return compact(record(names[index], digest, kept)) + "\n"
+
     for number in range(reports):
         path = pathlib.Path(directory) / f"raw{number}.json"
+        usual = [text(index) for index in range(files)]
         with open(path, "w") as out:
-            for _ in range(repeats):
-                for index, name in enumerate(names):
-                    kept = [line for line in every[index % 50] if chance.random() < 0.97]
-                    digest = hashlib.sha1(name.encode()).hexdigest()
-                    out.write(compact(record(name, digest, kept)) + "\n")
+            for repeat in range(repeats):
+                out.writelines(text(index) if repeat and chance.random() < 0.02 else usual[index]
+                               for index in range(files))
         paths.append(path)
     return paths

@@ -87,19 +87,4 @@ TEST(Intersect, IsASearchFromTheFrontForEveryLine) {
   }
 }
 
-TEST(Files, AreOrderedByPathElements) {
-  Files files;
-  for (const char* path : {"a-b", "a/b", "a", "b/a"}) {
-    File file;
-    file.path = path;
-    files.files.insert(file);
-    files.files.insert(file);
-  }
-  std::string order;
-  for (File const& file : files.files) {
-    order += file.path.string() + " ";
-  }
-  EXPECT_EQ(order, "a a/b a-b b/a ");
-}
-
 }  // namespace

@@ -36,40 +36,6 @@ TEST(ReportJson, AnyNumberIsCastToItsField) {
   }
 }
 
-TEST(ReportJson, WhatIsNotARecordIsRefusedInTheLibrarysWords) {
-  const auto without = [](std::string const& key) {
-    json record = Record("a", 1);
-    record.erase(key);
-    return record;
-  };
-  const auto with = [](char const* pointer, json value) {
-    json record = Record("a", 1);
-    record[json::json_pointer(pointer)] = std::move(value);
-    return record;
-  };
-  const std::pair<json, std::string_view> cases[] = {
-      {without("path"), "key 'path' not found"},
-      {without("hash"), "key 'hash' not found"},
-      {without("lines"), "key 'lines' not found"},
-      {with("/path", 1), "type must be string, but is number"},
-      {with("/lines", json::object()), "type must be array, but is object"},
-      {with("/lines/0/line", "7"), "type must be number, but is string"},
-      {with("/lines/0/markers", nullptr), "type must be array, but is null"},
-      {with("/lines/0/markers/0", 1), "cannot use at() with number"},
-      {with("/lines/0/markers/0/columns", json::object()), "key 'begin' not found"},
-      {with("/version", nullptr), "type must be number, but is null"},
-      {"text", "cannot use at() with string"},
-  };
-  for (auto const& [record, message] : cases) {
-    try {
-      static_cast<void>(record.get<File>());
-      ADD_FAILURE() << record;
-    } catch (json::exception const& error) {
-      EXPECT_TRUE(std::string_view(error.what()).ends_with(message)) << error.what();
-    }
-  }
-}
-
 TEST(ReportJson, PathsLoseThePlaceholderAndGetItBack) {
   const std::tuple<std::string_view, std::string_view, std::string_view> cases[] = {
       {"|?|", "", "|?|/"},

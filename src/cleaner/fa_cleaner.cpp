@@ -6,6 +6,7 @@
 #include <iostream>
 #include <syncstream>
 #include <thread>
+#include <utility>
 
 #include "broken_pipe_guard.h"
 #include "cleaner/marks_filter.h"
@@ -42,10 +43,11 @@ void WriteResult(Files& files, Configuration const& config) {
   }
 }
 
-/// Rewrites one source file on a worker thread; nothing may escape it.
+/// Rewrites one source file on a worker thread; nothing may escape it. The record's lines are taken
+/// over: each record is one task's, and the collection is not read again.
 void CleanFile(File const& file, fs::path const& root) {
   try {
-    MarksFilter(file).SaveFilteredFile(root);
+    MarksFilter({file.version, file.path, file.hash, std::move(file.lines)}).SaveFilteredFile(root);
   } catch (std::exception const& error) {
     const BrokenPipeGuard guard;  // Nobody reads the line: no reason to stop half way.
     std::osyncstream(std::cerr) << error.what() << std::endl;
@@ -64,7 +66,7 @@ unsigned int WorkerCount(unsigned int requested) {
 void CleanSources(Files const& files, fs::path const& root, unsigned int threads) {
   thread_pool pool(WorkerCount(threads));
   for (File const& file : files.files) {
-    // The collection outlives the pool; the record is copied only once, by the task.
+    // By reference: the collection outlives the pool.
     pool.push_task([&root](File const& queued) { CleanFile(queued, root); }, std::cref(file));
   }
   pool.wait_for_tasks();

@@ -7,6 +7,7 @@
 #include <string>
 #include <unordered_map>
 #include <utility>
+#include <vector>
 
 #include "merge/raw_record_reader.h"
 #include "merge/structured_report_reader.h"
@@ -110,6 +111,9 @@ void Files::DeleteEmpty() {
 }
 
 void Files::SaveStructuredReport(fs::path const& resultPath) {
-  std::ofstream stream(resultPath);
+  std::vector<char> buffer(std::size_t{64} * 1024);  // The default takes many more calls.
+  std::ofstream stream;
+  stream.rdbuf()->pubsetbuf(buffer.data(), static_cast<std::streamsize>(buffer.size()));
+  stream.open(resultPath);
   WriteStructuredReport(*this, stream);
 }

@@ -248,7 +248,8 @@ PlainRecord ReadPlainRecord(std::string_view text, File& file) {
 
 bool TakePlainRecord(ReportWindow& window, File& file) {
   PlainRecord record = ReadPlainRecord(window.Rest(), file);
-  while (record.isCutShort && window.ReadMore()) {
+  // A whole line at a time: a record is one, mostly, and begun again only when it may be complete.
+  while (record.isCutShort && window.ReadLine()) {
     record = ReadPlainRecord(window.Rest(), file);
   }
   window.Consume(record.length);

@@ -26,6 +26,15 @@ bool ReportWindow::ReadMore() {
   return count > 0;
 }
 
+bool ReportWindow::ReadLine() {
+  const std::size_t before = Rest().size();
+  std::size_t searched = before;
+  while (ReadMore() && Rest().find('\n', searched) == std::string_view::npos) {
+    searched = Rest().size();
+  }
+  return Rest().size() > before;
+}
+
 void ReportWindow::Grow() {
   const std::size_t capacity = 2 * m_capacity;
   auto bytes = std::make_unique_for_overwrite<char[]>(capacity);

@@ -26,6 +26,9 @@ class ReportWindow {
   /// Reads on behind Rest(). False at the end of the report, or when reading fails.
   [[nodiscard]] bool ReadMore();
 
+  /// Reads on behind Rest() until a line feed or the end comes in. False when nothing came in.
+  [[nodiscard]] bool ReadLine();
+
   /// Consumes as long as the front byte is one of `bytes`; false when the report ends there.
   [[nodiscard]] bool SkipAny(std::string_view bytes);
 

@@ -2,52 +2,11 @@
 
 import unittest
 
-from harness import EndToEnd
+from harness import EndToEnd, golden
 
 VERSION = b"qln-fp-cleaner  8.00.109087.832 ARM64\n"
-TOP_HELP = b"""Usage: qln-fp-cleaner COMMAND [-h] [-v] {OPTIONS}
-
-qln-fp-cleaner is a command line utility to clean the source code from
-redundant false positive suppression markers of Quillon analyzer.
-
-Options:
-
-    -h, --help                Display this help menu
-    -v, --version             Show current version.
-    Commands (one of):
-      cleanup                   Clean false alarm markers from source code.
-      merge                     Merge a list of reports to structured report.
-      report                    Create the report for Quillon IDE plugin or
-                                blame notifier tool.
-
-"""
-COMMAND_HELP = b"""Usage: qln-fp-cleaner %s
-
-%s
-
-Options:
-
-    FILE...                   List of files with false alarm markers from
-                              Quillon analyzer core.
-    -o, --output-file         Path to the output report file.
-                              Default: ""
-    -r, --sourcetree-root     Path to the project root directory.
-                              Default: ""
-"""
-THREADS_HELP = b"""    -j                        Thread count.
-                              Default: 1
-"""
-HELP = {
-    "cleanup": COMMAND_HELP % (b"cleanup [FILE...] [-o <FILE>] -r <DIR> [-j <NUM>]",
-                               b"Clean false alarm markers from source code.")
-               + THREADS_HELP + b"\n",
-    "merge": COMMAND_HELP % (b"merge [FILE...] -o <FILE> -r <DIR> [-j <NUM>]",
-                             b"Merge a list of reports to structured report.")
-             + THREADS_HELP + b"\n",
-    "report": COMMAND_HELP % (b"report [FILE...] -o <FILE> [-r <DIR>]",
-                              b"Create the report for Quillon IDE plugin or blame notifier tool.")
-              + b"\n",
-}
+TOP_HELP = golden("help.txt")
+HELP = {command: golden(f"help_{command}.txt") for command in ("cleanup", "merge", "report")}
 
 
 class CommandLine(EndToEnd):

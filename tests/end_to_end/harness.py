@@ -13,6 +13,11 @@ PROGRAM = os.environ["QLN_FP_CLEANER"]
 BACKUP = "temp_qln_facleaner"
 
 
+def golden(name):
+    """The bytes of a file in tests/data."""
+    return (pathlib.Path(__file__).parents[1] / "data" / name).read_bytes()
+
+
 def lines_of(markers):
     """The lines of a record from {line: [(code, begin, end), ...]}; code None leaves it out."""
     def marker(code, begin, end):

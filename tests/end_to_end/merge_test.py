@@ -5,7 +5,7 @@ import os
 import threading
 import unittest
 
-from harness import EndToEnd, record
+from harness import EndToEnd, golden, record
 
 A1 = {1: [(501, 2, 9)], 3: [(502, 0, 7)]}
 A2 = {3: [(502, 0, 7)], 4: [(503, 0, 7)]}
@@ -32,43 +32,7 @@ class Merge(EndToEnd):
                                         record("|?|/src/a.cpp", b"", {})], "version": True})
         (self.scratch / "in").write_text(content)
         self.expect(["merge", "-r", "", "-o", "out", "in"])
-        self.assertEqual((self.scratch / "out").read_text(), """{
-  "files": [
-    {
-      "hash": "a9993e364706816aba3e25717850c26c9cd0d89d",
-      "lines": [
-        {
-          "line": 12,
-          "markers": [
-            {
-              "columns": {
-                "begin": 1,
-                "end": 2
-              },
-              "offsets": {
-                "begin": 0,
-                "end": 1
-              }
-            },
-            {
-              "code": 501,
-              "columns": {
-                "begin": 346,
-                "end": 353
-              },
-              "offsets": {
-                "begin": 345,
-                "end": 352
-              }
-            }
-          ]
-        }
-      ],
-      "path": "|?|/src/\u00e4 {a}.cpp"
-    }
-  ],
-  "version": 1
-}""")
+        self.assertEqual((self.scratch / "out").read_bytes(), golden("structured_report.json"))
         self.expect(["merge", "-r", "", "-o", "again", "out"])
         self.assertEqual((self.scratch / "again").read_bytes(), (self.scratch / "out").read_bytes())
         self.expect(["merge", "-r", "", "-o", "none", self.structured_report("empty")])

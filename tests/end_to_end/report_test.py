@@ -4,36 +4,12 @@ import unittest
 
 import jsonschema
 
-from harness import BACKUP, EndToEnd, record
+from harness import BACKUP, EndToEnd, golden, record
 from schemas import validate
 
 SOURCE = b"a //-V5 //-V501\n"
 MARKERS = {1: [(5, 2, 7), (501, 8, 15)]}
-WARNING = """    {
-      "code": "%s",
-      "cwe": 0,
-      "falseAlarm": false,
-      "favorite": false,
-      "level": 1,
-      "message": "Redundant false alarm marker '//-V%s'. The analyzer warning is no longer generated on this line.",
-      "positions": [
-        {
-          "endLine": 1,
-          "file": "|?|/d/a.cpp",
-          "line": 1,
-          "navigation": {
-            "columns": 0,
-            "currentLine": 0,
-            "nextLine": 0,
-            "previousLine": 0
-          }
-        }
-      ],
-      "projects": [],
-      "sastId": ""
-    }"""
-REPORT = ('{\n  "version": 3,\n  "warnings": [\n%s,\n%s\n  ]\n}\n'
-          % (WARNING % ("V005", "5"), WARNING % ("V501", "501"))).encode()
+REPORT = golden("warnings_report.json")
 EMPTY = b'{\n  "version": 3,\n  "warnings": []\n}\n'
 
 

@@ -1,0 +1,222 @@
+"""Runs program and peers in turn on the same work, checks the results, prints a Markdown table.
+
+Timings say something only beside others of the same run, so a row is the ratio of medians."""
+
+import argparse
+import datetime
+import json
+import os
+import pathlib
+import random
+import shlex
+import shutil
+import statistics
+import subprocess
+import sys
+import tempfile
+import time
+
+import picture
+import workloads
+
+HERE = pathlib.Path(__file__).parent
+PROGRAM = os.environ["QLN_FP_CLEANER"]
+PEER = [sys.executable, str(HERE / "peer.py")]
+
+
+class Bench:
+    def __init__(self, scratch, rounds):
+        self.scratch = scratch
+        self.rounds = rounds
+        self.rows = []
+        self.temp = scratch / "tmp"
+        self.temp.mkdir()
+
+    def seconds(self, command, prepare=None):
+        """Wall time of one run, which must succeed in silence."""
+        if prepare:
+            prepare()
+        errors = self.scratch / "errors"
+        with open(errors, "wb") as stream:
+            begin = time.perf_counter()
+            status = subprocess.run(command, stdout=subprocess.DEVNULL, stderr=stream,
+                                    env={**os.environ, "TMPDIR": str(self.temp)}).returncode
+            elapsed = time.perf_counter() - begin
+        if status != 0 or errors.read_bytes():
+            sys.exit(f"failed: {shlex.join(map(str, command))}\n{errors.read_text()}")
+        return elapsed
+
+    def mebibytes(self, command, prepare):
+        """Peak memory of one more run; by time(1), since a child of Python starts with Python's."""
+        self.seconds(["/usr/bin/time", "-q", "-f", "%M", "-o", self.scratch / "memory", *command],
+                     prepare)
+        return int((self.scratch / "memory").read_text()) / 1024
+
+    def compare(self, work, ours, peers, prepare=None, check=None):
+        """A row: all commands in turn, `rounds` times; `check` looks at what each left behind."""
+        commands = {"qln-fp-cleaner": ours, **peers}
+        measured = {name: [] for name in commands}
+        for _ in range(self.rounds):
+            for name, command in commands.items():
+                measured[name].append(self.seconds(command, prepare))
+                if check and not check(name):
+                    sys.exit(f"{name} left something wrong: {work}")
+        median = {name: statistics.median(runs) for name, runs in measured.items()}
+        memory = self.mebibytes(ours, prepare)
+        self.rows.append({"work": work, "seconds": median, "memory": memory})
+        print(self.line(self.rows[-1]), flush=True)
+
+    @staticmethod
+    def line(row):
+        ours = row["seconds"]["qln-fp-cleaner"]
+        peers = ", ".join(f"{name} {seconds / ours:.3g}" for name, seconds
+                          in row["seconds"].items() if name != "qln-fp-cleaner")
+        return f"| {row['work']} | {ours:.3f} s | {row['memory']:.0f} MiB | {peers or '-'} |"
+
+
+def cleanup_row(bench, work, make, peers_of, reports=3):
+    """A cleanup of a fresh copy of the tree in every run; sources must end up without markers."""
+    directory = bench.scratch / "tree"
+    root, pristine = directory / "root", directory / "pristine"
+    tree = make(root)
+    raw = tree.raw_reports(directory, reports)
+    paths = [pathlib.Path(one["path"]) for one in tree.records]
+    (directory / "list").write_bytes(b"\0".join(map(bytes, paths)))
+    shutil.copytree(root, pristine)
+
+    def prepare():
+        shutil.rmtree(root)
+        shutil.copytree(pristine, root)
+
+    bench.compare(f"{work}: {len(paths)} files, {tree.markers} markers",
+                  [PROGRAM, "cleanup", "-r", root, *raw], peers_of(directory, root, raw), prepare,
+                  lambda _: not any(b"//-V" in path.read_bytes() for path in paths))
+    shutil.rmtree(directory)
+
+
+def sed(directory, *_):
+    expression = "s|//-V[0-9]+||"
+    return {"sed": ["xargs", "-0", "-P2", "-n", "500", "-a", directory / "list",
+                    "sed", "-i.bak", "-E", expression]}
+
+
+def sed_and_perl(directory, *_):
+    return {**sed(directory), "perl": ["xargs", "-0", "-P2", "-n", "1", "-a", directory / "list",
+                                       "perl", "-pi.bak", "-e", "s|//-V[0-9]+||"]}
+
+
+def python(_, root, raw):
+    return {"Python": [*PEER, "cleanup", root, "-", *raw]}
+
+
+def sed_and_python(directory, root, raw):
+    return {**sed(directory), **python(directory, root, raw)}
+
+
+def same_json(*paths):
+    def content(path):
+        document = json.loads(path.read_bytes())
+        for part in document.get("files", []):
+            part["path"] = part["path"].split("/src/")[-1]  # jq leaves paths as they are.
+        return sorted(document.get("files", []), key=lambda one: one["path"]) or document
+    first = content(paths[0])
+    return all(content(path) == first for path in paths[1:])
+
+
+def merge_row(bench, work, command, reports, root, with_jq=True):
+    """A merge or report; the peers must come to the same document."""
+    outputs = {name: bench.scratch / f"out.{name}" for name in ("qln-fp-cleaner", "Python", "jq")}
+    peers = {"Python": [*PEER, command, root, outputs["Python"], *reports]}
+    if with_jq:
+        script = "jq -n -f {} {} > {}".format(*(shlex.quote(str(part)) for part in (
+            HERE / "merge.jq",)), shlex.join(map(str, reports)), shlex.quote(str(outputs["jq"])))
+        peers["jq"] = ["sh", "-c", script]
+    bench.compare(work, [PROGRAM, command, "-r", root, "-o", outputs["qln-fp-cleaner"], *reports],
+                  peers)
+    compared = [outputs["qln-fp-cleaner"], outputs["Python"]] + [outputs["jq"]] * with_jq
+    if not same_json(*compared):
+        sys.exit(f"the results differ: {work}")
+
+
+def merges(bench, scale):
+    directory = bench.scratch / "merges"
+    directory.mkdir()
+    root = directory / "root"
+    raw = workloads.raw_reports(directory, root, 8, 4000 // scale, 28)
+    size = sum(path.stat().st_size for path in raw) >> 20
+    merge_row(bench, f"merge: 8 raw reports, {size} MiB", "merge", raw, root)
+    merged = [directory / "merged0.json", directory / "merged1.json"]
+    for path in merged:
+        subprocess.run([PROGRAM, "merge", "-r", root, "-o", path, *raw], check=True)
+    merge_row(bench, f"merge: 2 structured reports, {merged[0].stat().st_size >> 19} MiB", "merge",
+              merged, root, with_jq=False)
+    raw = workloads.raw_reports(directory, root, 1, 2000 // scale, 30, repeats=50)
+    size = raw[0].stat().st_size >> 20
+    merge_row(bench, f"merge: 1 raw report, {size} MiB", "merge", raw, root)
+    merge_row(bench, f"report: 1 raw report, {size} MiB", "report", raw, root, with_jq=False)
+    shutil.rmtree(directory)
+
+
+def many_lines(bench, scale):
+    directory = bench.scratch / "lines"
+    tree = workloads.many_lines(directory / "root", 200_000 // scale)
+    raw = tree.raw_reports(directory, 2)
+    merge_row(bench, f"merge: 1 file, {tree.markers} marked lines", "merge", raw, tree.root, False)
+    shuffled = json.loads(raw[1].read_text())
+    random.Random(1).shuffle(shuffled["lines"])
+    raw[1].write_text(workloads.compact(shuffled) + "\n")
+    merge_row(bench, f"merge: 1 file, {tree.markers} marked lines, the second report in random "
+              "order", "merge", raw, tree.root, False)
+    shutil.rmtree(directory)
+
+
+def start(bench, _):
+    report = bench.scratch / "tiny.json"
+    report.write_text('{"files": [], "version": 1}')
+    bench.compare("start: a merge of nothing",
+                  [PROGRAM, "merge", "-r", bench.scratch, "-o", bench.scratch / "out", report],
+                  {"true": ["true"]})
+
+
+def growth(bench, scale):
+    """How cost grows with files, markers and report bytes."""
+    for count in [10 ** power for power in range(3, 6 if scale == 1 else 5)]:
+        cleanup_row(bench, "growth in files",
+                    lambda root, n=count: workloads.small_files(root, n), lambda *_: {}, 1)
+        cleanup_row(bench, "growth in markers",
+                    lambda root, n=10 * count: workloads.many_lines(root, n), lambda *_: {}, 1)
+
+
+def main():
+    parser = argparse.ArgumentParser()
+    parser.add_argument("--quick", action="store_true", help="a tenth of the work, once")
+    parser.add_argument("--picture", help="write the ratios as SVG")
+    options = parser.parse_args()
+    scale, rounds = (10, 1) if options.quick else (1, 5)
+    memory_file_system = "/dev/shm"
+    print(f"{datetime.date.today()}, {os.cpu_count()} cores, median of {rounds}\n")
+    print("| work | time | peak memory | times as long take |")
+    print("|---|---|---|---|")
+    scratch = pathlib.Path(tempfile.mkdtemp(prefix="qln-bench-", dir=memory_file_system))
+    try:
+        bench = Bench(scratch, rounds)
+        cleanup_row(bench, "cleanup, real headers",
+                    lambda root: workloads.headers(root, 4000 // scale, 34000 // scale),
+                    sed_and_python)
+        cleanup_row(bench, "cleanup, huge files",
+                    lambda root: workloads.huge_files(root, 4, (128 << 20) // scale), sed_and_perl)
+        cleanup_row(bench, "cleanup, small files",
+                    lambda root: workloads.small_files(root, 20000 // scale), sed)
+        cleanup_row(bench, "cleanup, one file",
+                    lambda root: workloads.many_lines(root, 200_000 // scale), python, 2)
+        many_lines(bench, scale)
+        merges(bench, scale)
+        start(bench, scale)
+        growth(bench, scale)
+    finally:
+        shutil.rmtree(scratch)
+    if options.picture:
+        pathlib.Path(options.picture).write_text(picture.bars(bench.rows))
+
+
+main()
