@@ -223,7 +223,11 @@ class PlainReader {
       ++m_at;
     }
     text = {begin, static_cast<std::size_t>(m_at - begin)};
-    return m_at != m_end && *m_at++ == '"';
+    if (m_at == m_end || *m_at != '"') {
+      return false;
+    }
+    ++m_at;
+    return true;
   }
 
   void SkipBlanks() {

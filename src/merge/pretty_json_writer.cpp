@@ -52,7 +52,8 @@ void PrettyJsonWriter::Close(std::string_view bracket) {
 void PrettyJsonWriter::AppendBeyondWindow(std::string_view text) {
   Flush();
   while (text.size() > WindowSize) {
-    m_output.write(text.data(), static_cast<std::streamsize>(WindowSize));
+    Append(text.substr(0, WindowSize));
+    Flush();
     text.remove_prefix(WindowSize);
   }
   Append(text);

@@ -13,11 +13,11 @@
 namespace {
 
 /// Five groups of four rounds, all with the function and constant of number Function.
-template <int Function>
+template <unsigned Function>
 QLN_SHA_TARGET inline void TwentyRounds(__m128i& abcd, __m128i& before, std::array<__m128i, 4>& w,
                                         __m128i const& e) {
   for (std::size_t i = 0; i < 5; ++i) {
-    const std::size_t group = 5 * Function + i;
+    const std::size_t group = std::size_t{5} * Function + i;
     __m128i& word = w[group % 4];
     if (group >= 4) {
       const __m128i mixed =
@@ -27,7 +27,7 @@ QLN_SHA_TARGET inline void TwentyRounds(__m128i& abcd, __m128i& before, std::arr
     // Only the first group has its e given; the others make it of the a four rounds before.
     const __m128i sum = group == 0 ? _mm_add_epi32(e, word) : _mm_sha1nexte_epu32(before, word);
     before = abcd;
-    abcd = _mm_sha1rnds4_epu32(abcd, sum, Function);
+    abcd = _mm_sha1rnds4_epu32(abcd, sum, static_cast<int>(Function));
   }
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <fstream>
 #include <nlohmann/json.hpp>
+#include <utility>
 
 #include "merge/plain_record.h"
 #include "merge/report_json.h"
@@ -114,13 +115,10 @@ std::optional<Files> ReadPlainStructuredReport(std::filesystem::path const& path
   }
   Files files;
   try {
-    if (PlainStructuredReader(path).Read(files)) {
-      return files;
-    }
+    return PlainStructuredReader(path).Read(files) ? std::optional(std::move(files)) : std::nullopt;
   } catch (nlohmann::json::exception const&) {
-    // An unusual record that the library may refuse for this reader's cutting alone.
+    return std::nullopt;  // Perhaps refused only for how this reader cut an unusual record.
   }
-  return std::nullopt;
 }
 
 std::optional<Files> ReadStructuredReport(std::filesystem::path const& path) {
