@@ -14,7 +14,7 @@ namespace {
 
 /// Five groups of four rounds, all with the function and constant of number Function.
 template <unsigned Function>
-QLN_SHA_TARGET inline void TwentyRounds(__m128i& abcd, __m128i& before, std::array<__m128i, 4>& w,
+QLN_SHA_TARGET inline void TwentyRounds(__m128i& abcd, __m128i& before, __m128i (&w)[4],
                                         __m128i const& e) {
   for (std::size_t i = 0; i < 5; ++i) {
     const std::size_t group = std::size_t{5} * Function + i;
@@ -39,8 +39,8 @@ QLN_SHA_TARGET void TakeBlocks(Sha1State& state, unsigned char const* blocks, st
   __m128i e = _mm_set_epi32(static_cast<int>(state[4]), 0, 0, 0);
 
   for (; count > 0; --count, blocks += 64) {
-    std::array<__m128i, 4> w;
-    for (std::size_t i = 0; i < w.size(); ++i) {
+    __m128i w[4];
+    for (std::size_t i = 0; i < 4; ++i) {
       const auto* words = reinterpret_cast<__m128i const*>(blocks + 16 * i);
       w[i] = _mm_shuffle_epi8(_mm_loadu_si128(words), bigEndian);
     }
