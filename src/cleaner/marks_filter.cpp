@@ -11,6 +11,20 @@
 
 namespace fs = std::filesystem;
 
+namespace {
+
+/// A path with a NUL would name another file to the system than the one that it names here, and
+/// without a root a path is in its display form, which names none.
+bool NamesFile(fs::path const& source, fs::path const& root) {
+  return !root.empty() && source.native().find('\0') == std::string::npos;
+}
+
+std::runtime_error HashMismatch(fs::path const& source) {
+  return std::runtime_error(std::format("Hash mismatch for file '{}'.", source.native()));
+}
+
+}  // namespace
+
 MarksFilter::MarksFilter(File file) : m_file(std::move(file)) {}
 
 void MarksFilter::SaveFilteredFile(fs::path const& root) {
@@ -18,29 +32,24 @@ void MarksFilter::SaveFilteredFile(fs::path const& root) {
     return;
   }
   const fs::path source = root / m_file.path;
-  const auto mismatch = [&source] {
-    return std::runtime_error(std::format("Hash mismatch for file '{}'.", source.native()));
-  };
-
-  // A path with a NUL would name another file to the system than the one that it names here, and
-  // without a root the path is in its display form, which names none.
-  const bool namesFile = !root.empty() && source.native().find('\0') == std::string::npos;
-  SourceFile input(namesFile ? source : fs::path());
+  SourceFile input(NamesFile(source, root) ? source : fs::path());
   if (!input.IsOpen()) {
     // Making the path canonical may have more to say on why.
     static_cast<void>(m_file.PathToString(root));
-    throw mismatch();
+    throw HashMismatch(source);
   }
   EditWindow window(input);
   if (window.HashSource() != m_file.hash) {
-    throw mismatch();
+    throw HashMismatch(source);
   }
   // A line without markers names nothing to remove, and no marker to look for.
   std::erase_if(m_file.lines, [](Line const& line) { return line.markers.empty(); });
-  if (m_file.lines.empty()) {
-    return;
+  if (!m_file.lines.empty()) {
+    Rewrite(source, input, window);
   }
+}
 
+void MarksFilter::Rewrite(fs::path const& source, SourceFile const& input, EditWindow& window) {
   TemporaryFile temporary(source.filename());
   window.BeginEditing(temporary);
   Filter(window);
@@ -48,7 +57,7 @@ void MarksFilter::SaveFilteredFile(fs::path const& root) {
   // an editor saved it. Such a file must not become the backup in place of the original.
   if (window.Failed() || !input.StandsUnchangedAt(source)) {
     fs::remove(temporary.Path());
-    throw mismatch();
+    throw HashMismatch(source);
   }
   // A rewritten file has the permissions of a new one, because it is a copy of one.
   const fs::path backup = source.native() + std::string(TempName);

@@ -34,6 +34,7 @@ class MarksFilter {
  private:
   using State = void (MarksFilter::*)(EditWindow&);
 
+  void Rewrite(std::filesystem::path const& source, SourceFile const& input, EditWindow& window);
   void Filter(EditWindow& window);
   void StateInterestedLine(EditWindow& window);
   void StateNotInterestedLine(EditWindow& window);
