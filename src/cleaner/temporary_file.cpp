@@ -54,9 +54,9 @@ void TemporaryFile::OpenAndLock() {
 bool TemporaryFile::IsStillAtPath() noexcept {
   struct stat opened{};
   if (::fstat(m_descriptor, &opened) != 0) {
-    m_foundSize = 1;  // Unknown: to be truncated.
-    return true;
+    return true;  // Nothing is known of it, and nothing written to it.
   }
+  m_isRegular = S_ISREG(opened.st_mode);
   m_foundSize = opened.st_size;
   m_mode = opened.st_mode & 07777;
   struct stat standing{};
@@ -67,7 +67,8 @@ bool TemporaryFile::IsStillAtPath() noexcept {
 }
 
 bool TemporaryFile::MakeEmpty() const noexcept {
-  return m_foundSize == 0 || ::ftruncate(m_descriptor, 0) == 0;
+  // A device in the file's place takes what is written, and is no copy of it.
+  return m_isRegular && (m_foundSize == 0 || ::ftruncate(m_descriptor, 0) == 0);
 }
 
 void TemporaryFile::RefuseForeignText() const {

@@ -46,6 +46,7 @@ class TemporaryFile {
 
   std::filesystem::path m_path;
   int m_descriptor = -1;
+  bool m_isRegular = false;
   off_t m_foundSize = 0;  ///< Of what stood there before.
   mode_t m_mode = 0;
   bool m_isWhole = false;
