@@ -115,6 +115,23 @@ TEST(JsonOutput, AFullDiskOrAClosedPipeEndsInAFailedStream) {
   }
 }
 
+TEST(JsonOutput, DocumentsWithoutWarningsOrStart) {
+  const ScratchDirectory scratch;
+  const auto written = [&scratch](auto fill) {
+    OpenJsonOutput writer({.output = scratch.Path() / "report"});
+    writer.PrepareOutput();
+    fill(writer);
+    writer.Finish();
+    return scratch.Read("report");
+  };
+  EXPECT_EQ(written([](auto& writer) { writer.Start(); }),
+            "{\n  \"version\": 3,\n  \"warnings\": []\n}\n");
+  EXPECT_EQ(written([](auto& /*writer*/) {}), "null\n");
+  EXPECT_TRUE(written([](auto& writer) {
+                writer.Write(Sample());
+              }).starts_with("{\n  \"warnings\": [\n    {\n      \"code\": \"V501\""));
+}
+
 TEST(JsonOutput, WritesWhatEachFieldAllows) {
   const ScratchDirectory scratch;
   OpenJsonOutput writer({.output = scratch.Path() / "report"});

@@ -14,9 +14,19 @@ bool HasValidCode(Warning const& warning) {
 }  // namespace
 
 void JsonOutput::Start() {
+  m_isStarted = true;
+}
+
+void JsonOutput::OpenDocument() {
+  if (m_isOpen) {
+    return;
+  }
+  m_isOpen = true;
   m_json.BeginObject();
-  m_json.Key("version");
-  m_json.Number(3);
+  if (m_isStarted) {
+    m_json.Key("version");
+    m_json.Number(3);
+  }
   m_json.Key("warnings");
   m_json.BeginArray();
 }
@@ -25,6 +35,7 @@ bool JsonOutput::Write(Warning const& warning) {
   if (!HasValidCode(warning)) {
     return false;
   }
+  OpenDocument();
   m_json.BeginObject();
   if (!warning.analyzedSourceFiles.empty()) {
     WriteTexts("analyzedSourceFiles", warning.analyzedSourceFiles);
@@ -55,9 +66,14 @@ bool JsonOutput::Write(Warning const& warning) {
 }
 
 void JsonOutput::Finish() {
-  m_json.EndArray();
-  m_json.EndObject();
-  m_json.Flush();
+  if (m_isStarted || m_isOpen) {
+    OpenDocument();
+    m_json.EndArray();
+    m_json.EndObject();
+    m_json.Flush();
+  } else {
+    m_stream << "null";
+  }
   m_stream << '\n' << std::flush;
   ClearOutput(false);
 }

@@ -12,7 +12,8 @@ namespace TesselConverter {
 /// Writes the warnings report, {"version": 3, "warnings": [<warning>, ...]}, indented by 2 and with
 /// a newline at its end (docs/schema/warnings-report.schema.json has it whole).
 ///
-/// Start comes first, Finish last. Each warning is handed on as it comes, since a report of a
+/// Start comes first, Finish last; without Start the document has no version, and without a warning
+/// either it is null. Each warning is handed on as it comes, since a report of a
 /// million would fill the memory several times over. Throws the JSON library's exception for text
 /// that is not UTF-8. While the writer lives, a closed pipe behind it is a failed stream and does
 /// not end the process.
@@ -31,12 +32,15 @@ class JsonOutput : public BasicFormatOutput<JsonOutput> {
   [[nodiscard]] int GetFormatPathType() const override { return 3; }
 
  private:
+  void OpenDocument();
   void WritePosition(WarningPosition const& position, bool isMain);
   void WriteNavigation(WarningPosition const& position);
   void WriteTexts(std::string_view key, std::set<std::string> const& texts);
 
   BrokenPipeGuard m_guard;
   PrettyJsonWriter m_json{m_stream};
+  bool m_isStarted = false;
+  bool m_isOpen = false;  ///< The beginning of the document is written.
 };
 
 }  // namespace TesselConverter
