@@ -24,8 +24,7 @@ void JsonOutput::OpenDocument() {
   m_isOpen = true;
   m_json.BeginObject();
   if (m_isStarted) {
-    m_json.Key("version");
-    m_json.Number(3);
+    m_json.Number("version", 3);
   }
   m_json.Key("warnings");
   m_json.BeginArray();
@@ -40,18 +39,12 @@ bool JsonOutput::Write(Warning const& warning) {
   if (!warning.analyzedSourceFiles.empty()) {
     WriteTexts("analyzedSourceFiles", warning.analyzedSourceFiles);
   }
-  m_json.Key("code");
-  m_json.Text(warning.code);
-  m_json.Key("cwe");
-  m_json.Number(warning.cwe);
-  m_json.Key("falseAlarm");
-  m_json.Bool(warning.falseAlarm);
-  m_json.Key("favorite");
-  m_json.Bool(warning.favorite);
-  m_json.Key("level");
-  m_json.Number(warning.level);
-  m_json.Key("message");
-  m_json.Text(warning.message);
+  m_json.Text("code", warning.code);
+  m_json.Number("cwe", warning.cwe);
+  m_json.Bool("falseAlarm", warning.falseAlarm);
+  m_json.Bool("favorite", warning.favorite);
+  m_json.Number("level", warning.level);
+  m_json.Text("message", warning.message);
   m_json.Key("positions");
   m_json.BeginArray();
   for (WarningPosition const& position : warning.positions) {
@@ -59,8 +52,7 @@ bool JsonOutput::Write(Warning const& warning) {
   }
   m_json.EndArray();
   WriteTexts("projects", warning.projects);
-  m_json.Key("sastId");
-  m_json.Text(warning.sastId);
+  m_json.Text("sastId", warning.sastId);
   m_json.EndObject();
   return true;
 }
@@ -81,19 +73,14 @@ void JsonOutput::Finish() {
 void JsonOutput::WritePosition(WarningPosition const& position, bool isMain) {
   m_json.BeginObject();
   if (WarningPosition::IsValidColumnNumber(position.column)) {
-    m_json.Key("column");
-    m_json.Number(position.column);
+    m_json.Number("column", position.column);
   }
   if (WarningPosition::IsValidColumnNumber(position.endColumn)) {
-    m_json.Key("endColumn");
-    m_json.Number(position.endColumn);
+    m_json.Number("endColumn", position.endColumn);
   }
-  m_json.Key("endLine");
-  m_json.Number(position.endLine);
-  m_json.Key("file");
-  m_json.Text(position.file);
-  m_json.Key("line");
-  m_json.Number(position.line);
+  m_json.Number("endLine", position.endLine);
+  m_json.Text("file", position.file);
+  m_json.Number("line", position.line);
   if (isMain) {  // Only the main position is navigated to, even where all its values are 0.
     WriteNavigation(position);
   }
@@ -103,14 +90,10 @@ void JsonOutput::WritePosition(WarningPosition const& position, bool isMain) {
 void JsonOutput::WriteNavigation(WarningPosition const& position) {
   m_json.Key("navigation");
   m_json.BeginObject();
-  m_json.Key("columns");
-  m_json.Number(position.columns);
-  m_json.Key("currentLine");
-  m_json.SignedNumber(position.currentLine);
-  m_json.Key("nextLine");
-  m_json.SignedNumber(position.nextLine);
-  m_json.Key("previousLine");
-  m_json.SignedNumber(position.previousLine);
+  m_json.Number("columns", position.columns);
+  m_json.SignedNumber("currentLine", position.currentLine);
+  m_json.SignedNumber("nextLine", position.nextLine);
+  m_json.SignedNumber("previousLine", position.previousLine);
   m_json.EndObject();
 }
 

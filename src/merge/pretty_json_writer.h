@@ -44,6 +44,24 @@ class PrettyJsonWriter {
   void Bool(bool value);
   void Text(std::string_view value);
 
+  // A key and its value in one.
+  void Number(std::string_view key, std::uint64_t value) {
+    Key(key);
+    Number(value);
+  }
+  void SignedNumber(std::string_view key, std::int64_t value) {
+    Key(key);
+    SignedNumber(value);
+  }
+  void Bool(std::string_view key, bool value) {
+    Key(key);
+    Bool(value);
+  }
+  void Text(std::string_view key, std::string_view value) {
+    Key(key);
+    Text(value);
+  }
+
   /// Hands what is still held to the stream. Called once the document is complete.
   void Flush();
 

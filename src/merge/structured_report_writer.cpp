@@ -7,18 +7,15 @@ namespace {
 void WriteRange(PrettyJsonWriter& json, std::string_view key, Range const& range) {
   json.Key(key);
   json.BeginObject();
-  json.Key("begin");
-  json.Number(range.begin);
-  json.Key("end");
-  json.Number(range.end);
+  json.Number("begin", range.begin);
+  json.Number("end", range.end);
   json.EndObject();
 }
 
 void WriteMarker(PrettyJsonWriter& json, Marker const& marker) {
   json.BeginObject();
   if (marker.code != 0) {
-    json.Key("code");
-    json.Number(marker.code);
+    json.Number("code", marker.code);
   }
   WriteRange(json, "columns", marker.columns);
   WriteRange(json, "offsets", marker.offsets);
@@ -27,8 +24,7 @@ void WriteMarker(PrettyJsonWriter& json, Marker const& marker) {
 
 void WriteLine(PrettyJsonWriter& json, Line const& line) {
   json.BeginObject();
-  json.Key("line");
-  json.Number(line.line);
+  json.Number("line", line.line);
   json.Key("markers");
   json.BeginArray();
   for (Marker const& marker : line.markers) {
@@ -40,16 +36,14 @@ void WriteLine(PrettyJsonWriter& json, Line const& line) {
 
 void WriteFile(PrettyJsonWriter& json, File const& file) {
   json.BeginObject();
-  json.Key("hash");
-  json.Text(file.hash);
+  json.Text("hash", file.hash);
   json.Key("lines");
   json.BeginArray();
   for (Line const& line : file.lines) {
     WriteLine(json, line);
   }
   json.EndArray();
-  json.Key("path");
-  json.Text(file.PathToString({}));
+  json.Text("path", file.PathToString({}));
   json.EndObject();
 }
 
@@ -74,8 +68,7 @@ void WriteStructuredReport(Files const& files, std::ostream& output) {
     WriteFile(json, file);
   }
   json.EndArray();
-  json.Key("version");
-  json.Number(files.version);
+  json.Number("version", files.version);
   json.EndObject();
   json.Flush();
 }
