@@ -52,6 +52,7 @@ void CleanFile(File const& file, fs::path const& root) {
     const BrokenPipeGuard guard;  // Nobody reads the line: no reason to stop half way.
     std::osyncstream(std::cerr) << error.what() << std::endl;
   } catch (...) {
+    const BrokenPipeGuard guard;
     std::osyncstream(std::cerr) << "Unexpected error." << std::endl;
     // Abrupt on purpose: after an error of unknown kind no other file is to be touched.
     std::_Exit(EXIT_FAILURE);

@@ -1,6 +1,7 @@
 #include "merge/file.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <format>
 #include <functional>
 #include <unordered_set>
@@ -30,9 +31,11 @@ void KeepCommonAscending(Lines& lines, Lines const& others) {
 struct LineHash {
   std::size_t operator()(Line const* line) const {
     std::size_t hash = line->line;
-    for (Marker const& marker : line->markers) {
-      hash = 31 * hash + marker.code;
-      hash = 31 * hash + marker.offsets.begin;
+    for (auto const& [code, columns, offsets] : line->markers) {
+      for (const std::uint64_t number :
+           {code, columns.begin, columns.end, offsets.begin, offsets.end}) {
+        hash = 31 * hash + number;
+      }
     }
     return hash;
   }

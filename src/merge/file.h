@@ -42,8 +42,8 @@ struct File {
   std::filesystem::path path;
   /// SHA-1 of the content that the analyzer core read, as 40 lowercase hexadecimal digits.
   std::string hash;
-  /// Mutable, because merging thins the lines of records that stand in an ordered set; the path,
-  /// which orders the set, stays as it is.
+  /// Mutable, because merging thins the lines of records that stand in an ordered set, and a
+  /// cleanup takes them over; the path, which orders the set, stays as it is.
   mutable std::vector<Line> lines;
 
   /// Keeps the lines that `other` has too: same number, same markers in the same order. Order and

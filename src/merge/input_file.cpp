@@ -29,9 +29,3 @@ std::size_t InputFile::Read(std::span<char> bytes) noexcept {
   }
   return total;
 }
-
-void InputFile::Rewind() noexcept {
-  if (m_descriptor >= 0 && ::lseek(m_descriptor, 0, SEEK_SET) != 0) {
-    m_failed = true;
-  }
-}

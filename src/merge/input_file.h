@@ -22,9 +22,6 @@ class InputFile {
   /// Whether opening or any reading failed.
   [[nodiscard]] bool Failed() const noexcept { return m_failed; }
 
-  /// Goes back to the first byte.
-  void Rewind() noexcept;
-
  private:
   int m_descriptor;
   bool m_failed;

@@ -101,7 +101,9 @@ class Cleanup(EndToEnd):
                 (lambda: directory.write_bytes(b""), b"qln_fp_cleaner"),
                 (lambda: (directory / "a").mkdir(parents=True), b"copy_file"),
                 (lambda: (directory.mkdir(), os.mkfifo(directory / "a")), b"copy_file"),
-                (lambda: (directory.mkdir(), (self.root / ("a" + BACKUP)).mkdir()), b"rename")):
+                (lambda: (directory.mkdir(), (self.root / ("a" + BACKUP)).mkdir()), b"rename"),
+                (lambda: ((self.root / ("a" + BACKUP)).rmdir(), self.temp.rmdir()),
+                 b"temp_directory_path")):
             prepare()
             status, _, err = self.run_program("cleanup", "-r", "root", report)
             self.assertEqual((status, err.count(b"\n")), (0, 1))
