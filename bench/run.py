@@ -21,6 +21,7 @@ import workloads
 
 HERE = pathlib.Path(__file__).parent
 PROGRAM = os.environ["QLN_FP_CLEANER"]
+SHARED_PROGRAM = os.environ["QLN_FP_CLEANER_SHARED"]
 PEER = [sys.executable, str(HERE / "peer.py")]
 
 
@@ -171,16 +172,25 @@ def many_lines(bench, scale):
     shutil.rmtree(directory)
 
 
-def start(bench, _):
+def start(bench):
     report = bench.scratch / "tiny.json"
     report.write_text('{"files": [], "version": 1}')
-    bench.compare("start: a merge of nothing",
-                  [PROGRAM, "merge", "-r", bench.scratch, "-o", bench.scratch / "out", report],
-                  {"true": ["true"]})
+    arguments = ["merge", "-r", bench.scratch, "-o", bench.scratch / "out", report]
+    rounds, bench.rounds = bench.rounds, 20 * bench.rounds  # A thousandth of a second each.
+    bench.compare("start: a merge of nothing", [PROGRAM, *arguments],
+                  {"linked to shared libraries": [SHARED_PROGRAM, *arguments], "true": ["true"]})
+    bench.rounds = rounds
 
 
 def growth(bench, scale):
     """How cost grows with files, markers and report bytes."""
+    directory = bench.scratch / "growth"
+    for count in [10 ** power for power in range(3, 7 if scale == 1 else 5)]:
+        directory.mkdir()
+        [raw] = workloads.raw_reports(directory, directory, 1, count, 1)
+        bench.compare(f"growth in records: {count} records, {raw.stat().st_size / 2**20:.1f} MiB",
+                      [PROGRAM, "merge", "-r", directory, "-o", directory / "out", raw], {})
+        shutil.rmtree(directory)
     for count in [10 ** power for power in range(3, 6 if scale == 1 else 5)]:
         cleanup_row(bench, "growth in files",
                     lambda root, n=count: workloads.small_files(root, n), lambda *_: {}, 1)
@@ -207,12 +217,12 @@ def main():
         cleanup_row(bench, "cleanup, huge files",
                     lambda root: workloads.huge_files(root, 4, (128 << 20) // scale), sed_and_perl)
         cleanup_row(bench, "cleanup, small files",
-                    lambda root: workloads.small_files(root, 20000 // scale), sed)
+                    lambda root: workloads.small_files(root, 20000 // scale), sed, 1)
         cleanup_row(bench, "cleanup, one file",
                     lambda root: workloads.many_lines(root, 200_000 // scale), python, 2)
         many_lines(bench, scale)
         merges(bench, scale)
-        start(bench, scale)
+        start(bench)
         growth(bench, scale)
     finally:
         shutil.rmtree(scratch)

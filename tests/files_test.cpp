@@ -3,8 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <format>
 #include <random>
+#include <sstream>
 
+#include "merge/structured_report_writer.h"
 #include "merge/weakly_canonical.h"
 #include "scratch_directory.h"
 
@@ -50,7 +53,7 @@ TEST(SourcePaths, AreThoseOfTheStandardLibrary) {
           return error.what();
         }
       };
-      ASSERT_EQ(expect([&] { return paths.Relative(path, top); }), expect([&] {
+      ASSERT_EQ(expect([&] { return paths.Relative(path, top).relative; }), expect([&] {
                   return WeaklyCanonical(path).lexically_relative(WeaklyCanonical(top));
                 }))
           << path << top;
@@ -84,6 +87,57 @@ TEST(Intersect, IsASearchFromTheFrontForEveryLine) {
     });
     file.Intersect(other);
     ASSERT_EQ(file.lines, expected);
+  }
+}
+
+std::string Text(Files const& files) {
+  std::ostringstream text;
+  WriteStructuredReport(files, text);
+  return text.str();
+}
+
+// One collection remembers paths and repeats; the other is copied, and so forgets, for each record.
+TEST(RawReports, AreMergedAsIfEachRecordStoodAlone) {
+  const ScratchDirectory scratch;
+  const fs::path root = scratch.Path();
+  const fs::path report = root / "report.json";
+  const auto record = [&root](unsigned file, unsigned lines) {
+    std::string text;
+    for (unsigned line = 0; line < 5; ++line) {
+      if ((lines >> line & 1U) != 0) {
+        text += std::format(R"({}{{"line":{},"markers":[]}})", text.empty() ? "" : ",", line);
+      }
+    }
+    const fs::path path = root / (file % 2 == 0 ? "" : "folder/..") / std::to_string(file / 2);
+    return std::format(R"({{"path":"{}","hash":"h","lines":[{}]}})", path.native(), text);
+  };
+  std::minstd_rand random(23);
+  for (int round = 0; round < 20; ++round) {
+    Files files;
+    Files plain;
+    for (int turn = 0; turn < 6; ++turn) {
+      std::vector<std::string> records(1 + random() % 12);
+      std::ranges::generate(records, [&] { return record(random() % 6, random() % 31 + 1); });
+      records.insert(records.end(), records.begin(), records.end());
+      std::string text;
+      for (std::string const& one : records) {
+        text += one + "\n";
+        scratch.Write("report.json", one);
+        plain = Files(plain);
+        plain.ExtractFromReport(report, false, root);
+      }
+      scratch.Write("report.json", text);
+      files.ExtractFromReport(report, false, root);
+      ASSERT_EQ(Text(files), Text(plain));
+      if (turn == 2) {
+        files.DeleteEmpty();
+        plain.DeleteEmpty();
+      } else if (turn == 4) {
+        scratch.Write("report.json", R"({"version":1,"files":[]})");
+        files.ExtractFromReport(report, false, root);
+        plain.files.clear();
+      }
+    }
   }
 }
 

@@ -47,6 +47,7 @@ struct SameLine {
 
 void KeepCommonInAnyOrder(Lines& lines, Lines const& others) {
   std::unordered_set<Line const*, LineHash, SameLine> known;
+  known.reserve(others.size());
   for (Line const& other : others) {
     known.insert(&other);
   }

@@ -5,7 +5,6 @@
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 #include <string>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -33,51 +32,59 @@ void KeepCommon(FileSet& files, FileSet const& others) {
 /// Merges one raw report: adds its records, or intersects them with those that have their path.
 class RawMerge {
  public:
-  RawMerge(FileSet& files, SourcePaths& paths, fs::path const& sourceTreeRoot)
-      : m_files(files), m_paths(paths), m_root(sourceTreeRoot) {}
+  RawMerge(FileSet& files, SourcePaths& paths, StoredRecords& stored, fs::path const& root)
+      : m_files(files), m_paths(paths), m_stored(stored), m_root(root) {}
 
   void Merge(RawRecordReader& reader) {
+    const std::uint32_t report = m_stored.BeginReport();
     File record;
     while (reader.Next(record)) {
-      Merge(record);
+      auto const& [number, path] = m_paths.Relative(record.path, m_root);
+      auto& [place, lastReport] = m_stored[number];
+      if (lastReport == 0) {
+        place = Add(record, path);
+      } else {
+        Intersect(*place, record);
+        if (lastReport == report) {
+          reader.PassOverRepeats();
+        }
+      }
+      lastReport = report;
     }
   }
 
  private:
-  void Merge(File& record) {
-    const auto [stored, isNew] = Find(record);
-    if (isNew) {
-      return;
+  /// Merges the record in under `path`; returns where it is stored.
+  StoredRecords::Place Add(File& record, fs::path const& path) {
+    record.path = path;
+    const auto place = m_files.lower_bound(record);
+    if (place != m_files.end() && !(record < *place)) {
+      Intersect(*place, record);
+      return place;
     }
-    if (stored->hash != record.hash) {
-      record.path = stored->path;
-      throw std::runtime_error(std::format("Hash mismatch while merging reports for file '{}'.",
-                                           record.PathToString(m_root)));
-    }
-    stored->Intersect(record);
-  }
-
-  /// The stored record for the path as written, which is looked up only once, and whether it is
-  /// this very record, just stored.
-  std::pair<FileSet::iterator, bool> Find(File& record) {
-    const auto [known, isUnknown] = m_stored.try_emplace(record.path.native(), m_files.end());
-    if (!isUnknown) {
-      return {known->second, false};
-    }
-    record.path = m_paths.Relative(record.path, m_root);
-    const auto [stored, isNew] = m_files.insert(record);
+    record.lines.shrink_to_fit();  // It has room for the longest record before it.
+    const auto stored = m_files.insert(place, std::move(record));
     if (stored == m_files.end()) {  // Cannot happen in a set; a guard against another container.
+      record.path = path;
       throw std::runtime_error(
           std::format("Merge error for file '{}'.", record.PathToString(m_root)));
     }
-    known->second = stored;
-    return {stored, isNew};
+    return stored;
+  }
+
+  void Intersect(File const& stored, File& record) const {
+    if (stored.hash != record.hash) {
+      record.path = stored.path;
+      throw std::runtime_error(std::format("Hash mismatch while merging reports for file '{}'.",
+                                           record.PathToString(m_root)));
+    }
+    stored.Intersect(record);
   }
 
   FileSet& m_files;
   SourcePaths& m_paths;
+  StoredRecords& m_stored;
   fs::path const& m_root;
-  std::unordered_map<std::string, FileSet::iterator> m_stored;
 };
 
 }  // namespace
@@ -87,6 +94,7 @@ void Files::ExtractFromReport(fs::path const& reportPath, bool isFirstReport,
   RawRecordReader reader(reportPath);
   if (!reader.IsRawForCertain()) {
     if (auto structured = ReadStructuredReport(reportPath)) {
+      m_stored.Forget();
       if (isFirstReport) {
         files = std::move(structured->files);
       } else {
@@ -99,7 +107,7 @@ void Files::ExtractFromReport(fs::path const& reportPath, bool isFirstReport,
     throw std::runtime_error("Please specify the '--sourcetree-root' flag to merge raw reports.");
   }
   try {
-    RawMerge(files, m_paths, sourceTreeRoot).Merge(reader);
+    RawMerge(files, m_paths, m_stored, sourceTreeRoot).Merge(reader);
   } catch (nlohmann::json::exception const&) {
     throw std::runtime_error(
         std::format("Parsing error for file '{}'.", WeaklyCanonical(reportPath).string()));
@@ -107,6 +115,7 @@ void Files::ExtractFromReport(fs::path const& reportPath, bool isFirstReport,
 }
 
 void Files::DeleteEmpty() {
+  m_stored.Forget();
   std::erase_if(files, [](File const& file) { return file.lines.empty(); });
 }
 

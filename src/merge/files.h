@@ -8,12 +8,13 @@
 
 #include "merge/file.h"
 #include "merge/source_paths.h"
+#include "merge/stored_records.h"
 
 /// At most one record for each source path, in path order. Filled on the main thread, before any
 /// worker exists; not safe to change from several threads.
 struct Files {
   std::uint32_t version = 1;  ///< Format version to write; reading reports never changes it.
-  std::set<File, std::less<File>> files;
+  std::set<File, std::less<File>> files;  ///< Between raw reports, nobody else removes records.
 
   /// Reads one report and merges it in. The structured form is tried first, then the raw one:
   /// - structured, first report of the run: replaces the collection;
@@ -39,5 +40,7 @@ struct Files {
   void SaveQlnReport(std::filesystem::path const& output);
 
  private:
-  SourcePaths m_paths;  ///< What raw reports taught about paths; no part of the collection.
+  // What raw reports taught, which is no part of the collection.
+  SourcePaths m_paths;
+  StoredRecords m_stored;
 };

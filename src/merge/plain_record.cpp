@@ -61,7 +61,35 @@ class PlainReader {
   }
 
  private:
-  bool Read(Line& line) {
+  bool Read(Line& line) { return ReadCompact(line) || ReadInAnyOrder(line); }
+  bool Read(Marker& marker) { return ReadCompact(marker) || ReadInAnyOrder(marker); }
+
+  // Without blanks and with the keys in order, as the analyzer core writes nearly all of a report:
+  // a few comparisons with fixed text, more than twice as fast as the search for keys.
+
+  bool ReadCompact(Line& line) {
+    const char* const begin = m_at;
+    if (Literal("{\"line\":") && Digits(line.line) && Literal(",\"markers\":") &&
+        ReadArray(line.markers) && Literal("}")) {
+      return true;
+    }
+    m_at = begin;
+    return false;
+  }
+
+  bool ReadCompact(Marker& marker) {
+    const char* const begin = m_at;
+    if (Literal("{\"code\":") && Digits(marker.code) && Literal(",\"columns\":{\"begin\":") &&
+        Digits(marker.columns.begin) && Literal(",\"end\":") && Digits(marker.columns.end) &&
+        Literal("},\"offsets\":{\"begin\":") && Digits(marker.offsets.begin) &&
+        Literal(",\"end\":") && Digits(marker.offsets.end) && Literal("}}")) {
+      return true;
+    }
+    m_at = begin;
+    return false;
+  }
+
+  bool ReadInAnyOrder(Line& line) {
     unsigned seen = 0;
     if (!Token('{')) {
       return false;
@@ -76,22 +104,6 @@ class PlainReader {
       }
     } while (Token(','));
     return Token('}') && seen == (First | Second);
-  }
-
-  bool Read(Marker& marker) { return ReadCompact(marker) || ReadInAnyOrder(marker); }
-
-  /// A marker without blanks and with its keys in order, as the analyzer core writes nearly all of
-  /// a report: a few comparisons with fixed text, more than twice as fast as the search for keys.
-  bool ReadCompact(Marker& marker) {
-    const char* const begin = m_at;
-    if (Literal("{\"code\":") && Digits(marker.code) && Literal(",\"columns\":{\"begin\":") &&
-        Digits(marker.columns.begin) && Literal(",\"end\":") && Digits(marker.columns.end) &&
-        Literal("},\"offsets\":{\"begin\":") && Digits(marker.offsets.begin) &&
-        Literal(",\"end\":") && Digits(marker.offsets.end) && Literal("}}")) {
-      return true;
-    }
-    m_at = begin;
-    return false;
   }
 
   bool ReadInAnyOrder(Marker& marker) {
@@ -250,12 +262,11 @@ PlainRecord ReadPlainRecord(std::string_view text, File& file) {
   return {.isCutShort = reader.Rest() < PlainReader::LongestPiece};
 }
 
-bool TakePlainRecord(ReportWindow& window, File& file) {
+std::size_t ReadPlainRecord(ReportWindow& window, File& file) {
   PlainRecord record = ReadPlainRecord(window.Rest(), file);
   // A whole line at a time: a record is one, mostly, and begun again only when it may be complete.
   while (record.isCutShort && window.ReadLine()) {
     record = ReadPlainRecord(window.Rest(), file);
   }
-  window.Consume(record.length);
-  return record.length > 0;
+  return record.length;
 }

@@ -23,6 +23,6 @@ struct PlainRecord {
 /// overwritten, so that one used again and again needs no new memory.
 [[nodiscard]] PlainRecord ReadPlainRecord(std::string_view text, File& file);
 
-/// Reads the plain record at the front of the window, which grows with it if need be, and consumes
-/// it. False, and nothing consumed, when none stands there.
-[[nodiscard]] bool TakePlainRecord(ReportWindow& window, File& file);
+/// Reads the plain record at the front of the window, which grows with it if need be. The record's
+/// length, for the caller to consume; 0 when none stands there.
+[[nodiscard]] std::size_t ReadPlainRecord(ReportWindow& window, File& file);

@@ -27,13 +27,39 @@ bool RawRecordReader::Next(File& file) {
     return false;
   }
   file = nlohmann::json::parse(record).get<File>();
-  m_window->Consume(record.size());
+  Take(record.size());
   return true;
+}
+
+void RawRecordReader::PassOverRepeats() {
+  m_repeated.Remember(m_last);
 }
 
 bool RawRecordReader::NextPlain(File& file) {
   if (!m_window) {
     m_window.emplace(m_path);
   }
-  return m_window->SkipAny("\n") && TakePlainRecord(*m_window, file);
+  if (!SkipRepeats()) {
+    return false;
+  }
+  const std::size_t length = ReadPlainRecord(*m_window, file);
+  Take(length);
+  return length > 0;
+}
+
+/// False when the report ends there.
+bool RawRecordReader::SkipRepeats() {
+  while (m_window->SkipAny("\n")) {
+    const std::size_t length = m_repeated.LengthAtFront(m_window->Rest());
+    if (length == 0) {
+      return true;
+    }
+    m_window->Consume(length);
+  }
+  return false;
+}
+
+void RawRecordReader::Take(std::size_t length) {
+  m_last = m_window->Rest().substr(0, length);
+  m_window->Consume(length);
 }

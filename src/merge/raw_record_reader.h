@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "merge/file.h"
+#include "merge/repeated_records.h"
 #include "merge/report_window.h"
 
 /// Cuts a raw report into its records by counting braces, not by parsing, and reads each:
@@ -32,10 +33,19 @@ class RawRecordReader {
   /// or when reading fails. Throws the JSON library's exceptions for what is no file record.
   [[nodiscard]] bool Next(File& file);
 
+  /// Says that the record last read, if it came again byte for byte, would change nothing. Next
+  /// passes over such repeats, of which a report is full: a header is recorded for each source that
+  /// includes it.
+  void PassOverRepeats();
+
  private:
   [[nodiscard]] bool NextPlain(File& file);
+  [[nodiscard]] bool SkipRepeats();
+  void Take(std::size_t length);
 
   std::filesystem::path m_path;
   std::optional<ReportWindow> m_window;
   std::optional<File> m_ahead;
+  std::string_view m_last;  ///< The text of the record last read.
+  RepeatedRecords m_repeated;
 };

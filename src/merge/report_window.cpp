@@ -3,24 +3,25 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
-#include <utility>
+#include <new>
 
 namespace {
 constexpr std::size_t InitialSize = std::size_t{256} * 1024;
 }
 
-ReportWindow::ReportWindow(std::filesystem::path const& path)
-    : m_input(path),
-      m_capacity(InitialSize),
-      m_bytes(std::make_unique_for_overwrite<char[]>(m_capacity)) {}
+ReportWindow::ReportWindow(std::filesystem::path const& path) : m_input(path) {
+  Resize(InitialSize);
+}
 
 bool ReportWindow::ReadMore() {
   if (m_begin == 0 && m_end == m_capacity) {
-    Grow();
+    Resize(2 * m_capacity);
   }
-  std::memmove(m_bytes.get(), m_bytes.get() + m_begin, m_end - m_begin);
-  m_end -= m_begin;
-  m_begin = 0;
+  if (m_begin > 0) {
+    std::memmove(m_bytes.get(), m_bytes.get() + m_begin, m_end - m_begin);
+    m_end -= m_begin;
+    m_begin = 0;
+  }
   const std::size_t count = m_input.Read({m_bytes.get() + m_end, m_capacity - m_end});
   m_end += count;
   return count > 0;
@@ -35,11 +36,13 @@ bool ReportWindow::ReadLine() {
   return Rest().size() > before;
 }
 
-void ReportWindow::Grow() {
-  const std::size_t capacity = 2 * m_capacity;
-  auto bytes = std::make_unique_for_overwrite<char[]>(capacity);
-  std::memcpy(bytes.get(), m_bytes.get(), m_end);
-  m_bytes = std::move(bytes);
+void ReportWindow::Resize(std::size_t capacity) {
+  auto* const bytes = static_cast<char*>(std::realloc(m_bytes.get(), capacity));
+  if (bytes == nullptr) {
+    throw std::bad_alloc();
+  }
+  static_cast<void>(m_bytes.release());
+  m_bytes.reset(bytes);
   m_capacity = capacity;
 }
 

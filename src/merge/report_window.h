@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdlib>
 #include <filesystem>
 #include <memory>
 #include <string_view>
@@ -37,11 +38,15 @@ class ReportWindow {
   [[nodiscard]] std::string_view FrameRecord();
 
  private:
-  void Grow();
+  struct FreeMemory {
+    void operator()(char* bytes) const { std::free(bytes); }
+  };
+
+  void Resize(std::size_t capacity);
 
   InputFile m_input;
-  std::size_t m_capacity;
-  std::unique_ptr<char[]> m_bytes;
+  std::size_t m_capacity = 0;
+  std::unique_ptr<char, FreeMemory> m_bytes;  ///< From malloc, so that it can grow in place.
   std::size_t m_begin = 0;
   std::size_t m_end = 0;
 };

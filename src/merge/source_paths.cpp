@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 
 #include <cerrno>
+#include <utility>
 
 #include "merge/weakly_canonical.h"
 
@@ -23,18 +24,21 @@ bool IsPlainName(std::string_view name) {
 
 }  // namespace
 
-fs::path const& SourcePaths::Relative(fs::path const& path, fs::path const& root) {
+SourcePaths::SourcePath const& SourcePaths::Relative(fs::path const& path, fs::path const& root) {
   SetRoot(root);
   if (const auto known = m_files.find(path.native()); known != m_files.end()) {
     return known->second;
   }
-  return m_files.emplace(path.native(), Find(path)).first->second;
+  fs::path relative = Find(path);
+  return m_files.emplace(path.native(), SourcePath{m_count++, std::move(relative)}).first->second;
 }
 
 void SourcePaths::SetRoot(fs::path const& root) {
   if (m_root.native() != root.native()) {
-    *this = SourcePaths();
     m_root = root;
+    m_canonicalRoot.reset();
+    m_folders.clear();
+    m_files.clear();
   }
 }
 

@@ -1,6 +1,7 @@
 // Making the paths of raw reports relative to the source-tree root.
 #pragma once
 
+#include <cstddef>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -12,8 +13,13 @@
 /// every path, this about one file, once. It so sees a tree as it was when it first looked.
 class SourcePaths {
  public:
-  [[nodiscard]] std::filesystem::path const& Relative(std::filesystem::path const& path,
-                                                      std::filesystem::path const& root);
+  struct SourcePath {
+    std::size_t number;  ///< Another for each path as written; never given twice.
+    std::filesystem::path relative;
+  };
+
+  [[nodiscard]] SourcePath const& Relative(std::filesystem::path const& path,
+                                           std::filesystem::path const& root);
 
  private:
   void SetRoot(std::filesystem::path const& root);
@@ -26,5 +32,6 @@ class SourcePaths {
   /// For each folder as reports write it, what to put before the name of a file in it; nothing for
   /// folders whose files each need the plain way.
   std::unordered_map<std::string, std::optional<std::string>> m_folders;
-  std::unordered_map<std::string, std::filesystem::path> m_files;
+  std::unordered_map<std::string, SourcePath> m_files;
+  std::size_t m_count = 0;  ///< Of the numbers given.
 };

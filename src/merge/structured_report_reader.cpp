@@ -59,7 +59,8 @@ class PlainStructuredReader {
     if (!m_window.SkipAny(Blanks)) {
       return false;
     }
-    if (TakePlainRecord(m_window, record)) {
+    if (const std::size_t length = ReadPlainRecord(m_window, record); length > 0) {
+      m_window.Consume(length);
       return true;
     }
     // An object that the library accepts by itself is what it would find here in the whole report.

@@ -1,0 +1,28 @@
+// Recognising the repeats of a record by its bytes.
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+/// Remembers texts of records, for each source path the latest. A raw report holds the record of a
+/// header once for each source that includes it, mostly in the same bytes: comparing them is many
+/// times as fast as reading them. Only a record that begins with its path, as the analyzer core
+/// writes it, is remembered.
+class RepeatedRecords {
+ public:
+  /// Remembers the text of one whole record.
+  void Remember(std::string_view record);
+
+  /// The length of the remembered record that `text` begins with; 0 when there is none.
+  [[nodiscard]] std::size_t LengthAtFront(std::string_view text) const;
+
+ private:
+  struct Hash : std::hash<std::string_view> {
+    using is_transparent = void;
+  };
+
+  std::unordered_map<std::string, std::string, Hash, std::equal_to<>> m_records;
+};
