@@ -99,7 +99,7 @@ std::string Text(Files const& files) {
 // One collection remembers paths and repeats; the other is copied, and so forgets, for each record.
 TEST(RawReports, AreMergedAsIfEachRecordStoodAlone) {
   const ScratchDirectory scratch;
-  const fs::path root = scratch.Path();
+  fs::path const& root = scratch.Path();
   const fs::path report = root / "report.json";
   const auto record = [&root](unsigned file, unsigned lines) {
     std::string text;

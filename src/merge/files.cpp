@@ -65,20 +65,23 @@ class RawMerge {
     record.lines.shrink_to_fit();  // It has room for the longest record before it.
     const auto stored = m_files.insert(place, std::move(record));
     if (stored == m_files.end()) {  // Cannot happen in a set; a guard against another container.
-      record.path = path;
-      throw std::runtime_error(
-          std::format("Merge error for file '{}'.", record.PathToString(m_root)));
+      throw std::runtime_error(std::format("Merge error for file '{}'.", Display(path)));
     }
     return stored;
   }
 
-  void Intersect(File const& stored, File& record) const {
+  void Intersect(File const& stored, File const& record) const {
     if (stored.hash != record.hash) {
-      record.path = stored.path;
-      throw std::runtime_error(std::format("Hash mismatch while merging reports for file '{}'.",
-                                           record.PathToString(m_root)));
+      throw std::runtime_error(
+          std::format("Hash mismatch while merging reports for file '{}'.", Display(stored.path)));
     }
     stored.Intersect(record);
+  }
+
+  [[nodiscard]] std::string Display(fs::path const& path) const {
+    File file;
+    file.path = path;
+    return file.PathToString(m_root);
   }
 
   FileSet& m_files;

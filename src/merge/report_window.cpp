@@ -37,12 +37,12 @@ bool ReportWindow::ReadLine() {
 }
 
 void ReportWindow::Resize(std::size_t capacity) {
-  auto* const bytes = static_cast<char*>(std::realloc(m_bytes.get(), capacity));
-  if (bytes == nullptr) {
+  char* const held = m_bytes.release();
+  auto* const resized = static_cast<char*>(std::realloc(held, capacity));
+  m_bytes.reset(resized != nullptr ? resized : held);
+  if (resized == nullptr) {
     throw std::bad_alloc();
   }
-  static_cast<void>(m_bytes.release());
-  m_bytes.reset(bytes);
   m_capacity = capacity;
 }
 
