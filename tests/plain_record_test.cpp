@@ -112,6 +112,27 @@ TEST(PlainRecord, LeavesTheUnusualToTheLibrary) {
   EXPECT_EQ(ReadPlainRecord(" " + good, file).length, 0);
 }
 
+TEST(PlainRecord, RefusesAKeyWithoutItsValue) {
+  const std::string good = R"({"path":"a","hash":"h","lines":[{"line":1,"markers":[{"offsets":)"
+                           R"({"begin":1,"end":2},"columns":{"begin":1,"end":2}}]}]})";
+  File file;
+  ASSERT_EQ(ReadPlainRecord(good, file).length, good.size());
+  for (const std::string_view value : {R"(:"a",)", R"(:"h",)", ":1,"}) {
+    std::string text = good;
+    text.replace(text.find(value), value.size(), " ");
+    EXPECT_EQ(ReadPlainRecord(text, file).length, 0) << text;
+  }
+}
+
+TEST(PlainStructuredReport, RefusesAKeyWithoutItsValue) {
+  const ScratchDirectory scratch;
+  for (const std::string_view text :
+       {R"({"files","files":[],"version":1})", R"({"files":[],"version":,"version":1})",
+        R"({"files":[{"path":"a","hash":"h","lines":[]},,"files":[],"version":1})"}) {
+    EXPECT_FALSE(ReadPlainStructuredReport(scratch.Write("report", text))) << text;
+  }
+}
+
 /// Whole structured reports, mutated anywhere: the frame is held against the library as well.
 TEST(PlainStructuredReport, IsWhatTheLibraryReadsOrLeftToIt) {
   const ScratchDirectory scratch;

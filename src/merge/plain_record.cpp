@@ -198,8 +198,12 @@ class PlainReader {
     if ((seen & bit) != 0 || !Literal(name)) {
       return false;
     }
+    if (!Token(':')) {
+      seen = ~0U;  // The name is read past: no other key of this object may be tried behind it.
+      return false;
+    }
     seen |= bit;
-    return Token(':');
+    return true;
   }
 
   template <typename Unsigned>

@@ -27,9 +27,15 @@ class PlainStructuredReader {
     }
     do {
       if (!hasFiles && Word("\"files\"")) {
-        hasFiles = Token(':') && ReadRecords(files);
+        hasFiles = true;
+        if (!Token(':') || !ReadRecords(files)) {
+          return false;
+        }
       } else if (!hasVersion && Word("\"version\"")) {
-        hasVersion = Token(':') && ReadVersion();
+        hasVersion = true;
+        if (!Token(':') || !ReadVersion()) {
+          return false;
+        }
       } else {
         return false;
       }
