@@ -10,6 +10,7 @@
 
 #include "cleaner/source_file.h"
 #include "cleaner/temporary_file.h"
+#include "window_size.h"
 
 /// A window on a source, which is read through it twice: first to be hashed, then to be edited.
 /// A source that fits into the window is read only once.
@@ -19,7 +20,7 @@
 class EditWindow {
  public:
   /// Bytes held at once, whatever the size of the file.
-  static constexpr std::size_t Size = std::size_t{128} * 1024;
+  static constexpr std::size_t Size = WindowBytes(std::size_t{128} * 1024);
 
   /// `source` must be open, and outlive the window.
   explicit EditWindow(SourceFile& source);

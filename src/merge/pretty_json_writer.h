@@ -11,6 +11,8 @@
 #include <string>
 #include <string_view>
 
+#include "window_size.h"
+
 /// Writes one JSON document to a stream, in the very bytes of the JSON library's dump with an
 /// indent of 2, but without a tree of it in memory: reports of a million markers are written in the
 /// memory of one window. The caller gives the keys of each object in ascending order, as the
@@ -66,7 +68,7 @@ class PrettyJsonWriter {
   void Flush();
 
  private:
-  static constexpr std::size_t WindowSize = std::size_t{64} * 1024;
+  static constexpr std::size_t WindowSize = WindowBytes(std::size_t{64} * 1024);
 
   template <typename Type>
   void Integer(Type value) {

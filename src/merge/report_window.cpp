@@ -5,8 +5,10 @@
 #include <cstring>
 #include <new>
 
+#include "window_size.h"
+
 namespace {
-constexpr std::size_t InitialSize = std::size_t{256} * 1024;
+constexpr std::size_t InitialSize = WindowBytes(std::size_t{256} * 1024);
 }
 
 ReportWindow::ReportWindow(std::filesystem::path const& path) : m_input(path) {
