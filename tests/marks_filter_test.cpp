@@ -6,6 +6,7 @@
 #include <random>
 
 #include "merge/sha1.h"
+#include "reference_filter.h"
 #include "scratch_directory.h"
 
 namespace {
@@ -14,45 +15,6 @@ using Lines = std::vector<Line>;
 
 Marker At(std::uint64_t begin, std::uint64_t end) {
   return {501, {}, {begin, end}};
-}
-
-/// The filter as plainly as it can be said: one byte after the other, as the states define it.
-std::string Reference(std::string_view text, Lines const& lines) {
-  enum { NotInterested, Interested, Pass, WriteAll };
-  std::string out;
-  std::uint64_t column = 0;
-  std::uint64_t number = 1;
-  std::size_t line = 0;
-  std::size_t marker = 0;
-  auto state = number == lines[0].line ? Interested : NotInterested;
-  for (std::size_t i = 0; i < text.size(); ++i, ++column) {
-    const char byte = text[i];
-    if (state == WriteAll) {
-      out += byte;
-    } else if (state == NotInterested) {
-      out += byte;
-      if (byte == '\n' || byte == '\r') {
-        if (i + 1 < text.size() && text[i + 1] == (byte == '\n' ? '\r' : '\n')) {
-          out += text[++i];
-        }
-        column = std::uint64_t(-1);
-        state = ++number == lines[line].line ? Interested : NotInterested;
-      }
-    } else if (state == Interested) {
-      if (column == lines[line].markers[marker].offsets.begin) {
-        state = Pass;
-      } else {
-        out += byte;
-      }
-    } else if (column >= lines[line].markers[marker].offsets.end - 1) {
-      state = Interested;
-      if (++marker == lines[line].markers.size()) {
-        marker = 0;
-        state = ++line == lines.size() ? WriteAll : NotInterested;
-      }
-    }
-  }
-  return out;
 }
 
 std::string Filtered(ScratchDirectory const& scratch, std::string_view text, Lines const& lines) {
@@ -117,7 +79,8 @@ TEST(MarksFilter, EqualsTheReferenceOnGeneratedFiles) {
       }
       lines.push_back(line);
     }
-    ASSERT_TRUE(Filtered(scratch, text, lines) == Reference(text, lines)) << "round " << round;
+    ASSERT_TRUE(Filtered(scratch, text, lines) == ReferenceFilter(text, lines))
+        << "round " << round;
   }
 }
 

@@ -1,7 +1,6 @@
 // A directory of a test's own, and the files in it.
 #pragma once
 
-#include <gtest/gtest.h>
 #include <stdlib.h>
 
 #include <filesystem>

@@ -1,0 +1,92 @@
+// Taking markers out of a source.
+//
+// Input: a source, and behind it, read from the end, the lines to clean and their markers: mostly
+// small numbers, so that they meet the source, and in no particular order.
+//
+// What must hold:
+// - the source gets the very bytes that the slow filter gives, one byte after the other;
+// - the backup has the bytes that the source had, and no temporary file stays;
+// - with no marker listed, or another hash, nothing is touched.
+
+#include <fuzzer/FuzzedDataProvider.h>
+#include <stdlib.h>
+
+#include <cstdint>
+#include <stdexcept>
+
+#include "cleaner/marks_filter.h"
+#include "merge/sha1.h"
+#include "reference_filter.h"
+#include "require.h"
+#include "scratch_directory.h"
+
+namespace {
+
+std::uint64_t Number(FuzzedDataProvider& data) {
+  const auto number = data.ConsumeIntegral<std::uint8_t>();
+  return number < 240 ? number % 60 : data.ConsumeIntegral<std::uint64_t>();
+}
+
+std::vector<Line> ConsumeLines(FuzzedDataProvider& data) {
+  std::vector<Line> lines(data.ConsumeIntegralInRange<std::size_t>(1, 8));
+  std::uint64_t number = 0;
+  for (Line& line : lines) {
+    number += Number(data) % 8;
+    line.line = data.ConsumeIntegral<std::uint8_t>() == 0 ? data.ConsumeIntegral<std::uint32_t>()
+                                                          : static_cast<std::uint32_t>(number);
+    line.markers.resize(data.ConsumeIntegralInRange<std::size_t>(0, 4));
+    std::uint64_t position = 0;
+    for (Marker& marker : line.markers) {
+      position += Number(data);
+      marker.offsets.begin = position;
+      position += Number(data);
+      marker.offsets.end = position;
+    }
+  }
+  return lines;
+}
+
+std::string HashOf(std::string_view text) {
+  SHA1 sha1;
+  sha1.add(text.data(), text.size());
+  return sha1.getHash();
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* bytes, std::size_t size) {
+  namespace fs = std::filesystem;
+  static const ScratchDirectory scratch;
+  static const int isSet = ::setenv("TMPDIR", scratch.Path().c_str(), 1);
+  Require(isSet == 0, "the temporary directory can be set");
+
+  FuzzedDataProvider data(bytes, size);
+  File file;
+  file.path = "source";
+  file.lines = ConsumeLines(data);
+  const bool hasChanged = data.ConsumeIntegral<std::uint8_t>() == 0;
+  const std::string text = data.ConsumeRemainingBytesAsString();
+  file.hash = HashOf(hasChanged ? text + "x" : text);
+
+  const fs::path backup = scratch.Path() / "sourcetemp_qln_facleaner";
+  fs::remove(backup);
+  scratch.Write("source", text);
+  bool isRefused = false;
+  try {
+    MarksFilter(file).SaveFilteredFile(scratch.Path());
+  } catch (std::runtime_error const& error) {
+    isRefused =
+        error.what() == "Hash mismatch for file '" + (scratch.Path() / "source").native() + "'.";
+    Require(isRefused, "the only failure is the hash");
+  }
+  Require(isRefused == hasChanged, "a changed source, and no other, is refused");
+  Require(!fs::exists(scratch.Path() / "qln_fp_cleaner/source"), "no temporary file stays");
+  const bool isCleaned = !isRefused && std::ranges::any_of(file.lines, [](Line const& line) {
+    return !line.markers.empty();
+  });
+  Require(fs::exists(backup) == isCleaned, "a cleaned source, and no other, has a backup");
+  Require(!isCleaned || scratch.Read(backup.filename().native()) == text, "the backup");
+  Require(scratch.Read("source") == (isCleaned ? ReferenceFilter(text, file.lines) : text),
+          "the source");
+  return 0;
+}

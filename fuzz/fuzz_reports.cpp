@@ -1,0 +1,195 @@
+// Reading, merging and writing marker reports.
+//
+// Input: a byte that chooses the source-tree root, then one report; with its highest bit set, two
+// reports, of which the first ends at a byte 0xFF. The reports are merged one after the other.
+//
+// What must hold:
+// - counting braces through a window cuts the records that it cuts in the plain text;
+// - what is read and merged, and the error it ends with, is what the plain ways give: the JSON
+//   library for every record, canonical paths from the standard library, searches in order;
+// - the report is written in the bytes of the library's dump;
+// - reading that back gives the same files.
+//
+// It works in a directory of its own, so paths on its command line have to be absolute.
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <format>
+#include <set>
+#include <sstream>
+#include <utility>
+
+#include "merge/report_json.h"
+#include "merge/report_window.h"
+#include "merge/structured_report_writer.h"
+#include "merge/weakly_canonical.h"
+#include "require.h"
+#include "scratch_directory.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using nlohmann::json;
+
+struct PlainOrder {
+  bool operator()(File const& left, File const& right) const { return left.path < right.path; }
+};
+using PlainFiles = std::set<File, PlainOrder>;
+
+std::vector<std::string_view> Frame(std::string_view text) {
+  std::vector<std::string_view> records;
+  for (std::size_t begin = 0; begin < text.size(); ++begin) {
+    if (text[begin] == '\n') {
+      continue;
+    }
+    std::size_t end = begin;
+    int depth = 0;
+    do {
+      depth += text[end] == '{' ? 1 : text[end] == '}' ? -1 : 0;
+    } while (++end < text.size() && depth != 0);
+    if (depth != 0) {
+      break;
+    }
+    records.push_back(text.substr(begin, end - begin));
+    begin = end - 1;
+  }
+  return records;
+}
+
+void CheckFraming(std::string_view text, fs::path const& path) {
+  ReportWindow window(path);
+  for (const std::string_view record : Frame(text)) {
+    Require(window.SkipAny("\n") && window.FrameRecord() == record, "the framing");
+    window.Consume(record.size());
+  }
+  Require(!window.SkipAny("\n") || window.FrameRecord().empty(), "the end of the framing");
+}
+
+void KeepCommonLines(File const& file, File const& other) {
+  std::erase_if(file.lines,
+                [&](Line const& line) { return !std::ranges::count(other.lines, line); });
+}
+
+void MergePlainly(PlainFiles& files, std::string_view text, fs::path const& path, bool isFirst,
+                  fs::path const& root) {
+  try {
+    const json report = json::parse(text);
+    static_cast<void>(report.get<Files>());
+    PlainFiles others;
+    for (json const& record : report["files"]) {
+      others.insert(record.get<File>());
+    }
+    if (isFirst) {
+      files = std::move(others);
+      return;
+    }
+    std::erase_if(files, [&](File const& file) { return !others.contains(file); });
+    for (File const& file : files) {
+      KeepCommonLines(file, *others.find(file));
+    }
+    return;
+  } catch (json::exception const&) {  // Then it is raw.
+  }
+  if (root.empty()) {
+    throw std::runtime_error("Please specify the '--sourcetree-root' flag to merge raw reports.");
+  }
+  for (const std::string_view record : Frame(text)) {
+    File file;
+    try {
+      json::parse(record).get_to(file);
+    } catch (json::exception const&) {
+      throw std::runtime_error(
+          std::format("Parsing error for file '{}'.", WeaklyCanonical(path).string()));
+    }
+    file.path = WeaklyCanonical(file.path).lexically_relative(WeaklyCanonical(root));
+    const auto [stored, isNew] = files.insert(file);
+    if (!isNew && stored->hash != file.hash) {
+      throw std::runtime_error(std::format("Hash mismatch while merging reports for file '{}'.",
+                                           file.PathToString(root)));
+    }
+    KeepCommonLines(*stored, file);
+  }
+}
+
+template <typename Action>
+std::string ErrorOf(Action action) {
+  try {
+    action();
+    return {};
+  } catch (std::exception const& error) {
+    return error.what();
+  }
+}
+
+bool Same(File const& left, File const& right) {
+  return left.path.native() == right.path.native() && left.hash == right.hash &&
+         left.lines == right.lines;
+}
+
+void CheckWriting(Files const& files, ScratchDirectory const& scratch) {
+  std::ostringstream written;
+  WriteStructuredReport(files, written);
+  Require(written.view() == json(files).dump(2), "the report is written as the library writes it");
+  // A path from the file system's root on is shown as one below the source tree's.
+  if (std::ranges::any_of(files.files, [](File const& file) {
+        return file.path.native().starts_with('/') || file.path.native().starts_with('\\');
+      })) {
+    return;
+  }
+  Files again;
+  again.ExtractFromReport(scratch.Write("written", written.view()), true, {});
+  Require(std::ranges::equal(again.files, files.files, Same), "what is written reads back");
+}
+
+/// A source tree with what makes paths hard.
+ScratchDirectory const& Scratch() {
+  static const ScratchDirectory scratch;
+  static const bool isFilled = [] {
+    fs::create_directories(scratch.Path() / "root/d/e");
+    fs::create_symlink("d", scratch.Path() / "root/link");
+    fs::create_symlink("..", scratch.Path() / "root/up");
+    fs::create_symlink("loop", scratch.Path() / "root/loop");
+    fs::create_symlink("none", scratch.Path() / "root/dangling");
+    scratch.Write("root/a", "");
+    fs::current_path(scratch.Path());
+    return true;
+  }();
+  static_cast<void>(isFilled);
+  return scratch;
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
+  if (size == 0) {
+    return 0;
+  }
+  ScratchDirectory const& scratch = Scratch();
+  constexpr char const* roots[] = {"root", "root/link/",   "",          ".",
+                                   "/",    "none/../root", "root/loop", "root/a"};
+  const fs::path root = roots[*data % std::size(roots)];
+  std::string_view rest(reinterpret_cast<char const*>(data) + 1, size - 1);
+  const std::string_view first = *data < 0x80 ? rest : rest.substr(0, rest.find('\xff'));
+  rest.remove_prefix(std::min(first.size() + 1, rest.size()));
+
+  Files files;
+  PlainFiles expected;
+  bool isFirst = true;
+  for (const std::string_view text : {first, rest}) {
+    const fs::path path = scratch.Write("report", text);
+    CheckFraming(text, path);
+    const std::string error = ErrorOf([&] { files.ExtractFromReport(path, isFirst, root); });
+    const std::string expectedError =
+        ErrorOf([&] { MergePlainly(expected, text, path, isFirst, root); });
+    Require(error == expectedError, "both ways end with the same error");
+    Require(std::ranges::equal(files.files, expected, Same), "both ways find the same files");
+    if (*data < 0x80 || !error.empty()) {
+      break;
+    }
+    isFirst = false;
+  }
+  CheckWriting(files, scratch);
+  return 0;
+}
