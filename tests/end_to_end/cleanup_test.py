@@ -195,7 +195,7 @@ class Cleanup(EndToEnd):
                 line: [(1, begin, begin + 5)] for line in range(1, content.count(b"\n") + 1)}))
         report = self.raw_report("report", *records)
         # Several processes at once over trees of the same names are kept apart just so.
-        copies = [self.scratch / f"copy{i}" for i in range(3)]
+        copies = [self.scratch / f"copy{i}" for i in range(8)]
         for copy in copies:
             subprocess.run(["cp", "-r", self.root, copy], check=True)
         self.expect(["merge", "-r", "root", "-o", "merged", report])
@@ -204,6 +204,7 @@ class Cleanup(EndToEnd):
             self.assertEqual((run.communicate(timeout=60)[1], run.returncode), (b"", 0))
             for name, content in contents.items():
                 self.assertEqual((copy / name).read_bytes(), content.replace(b"//-V1", b""))
+                self.assertEqual((copy / (name + BACKUP)).read_bytes(), content)
 
     def test_one_long_line_in_a_large_file(self):
         content = b"x" * (40 << 20) + b"//-V501\n"

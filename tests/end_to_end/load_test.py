@@ -1,0 +1,51 @@
+"""Large inputs in a narrow process."""
+
+import json
+import os
+import resource
+import unittest
+
+from harness import BACKUP, EndToEnd, record
+
+# Sanitizers reserve terabytes of addresses.
+LIMITS = {resource.RLIMIT_NOFILE: 64} if "QLN_SANITIZED" in os.environ else {
+    resource.RLIMIT_NOFILE: 64, resource.RLIMIT_AS: 96 << 20}
+
+
+def narrow():
+    for kind, most in LIMITS.items():
+        resource.setrlimit(kind, (most, most))
+
+
+class Load(EndToEnd):
+    def test_many_files(self):
+        contents = {f"{i % 50}/{i}.c": b"int a%d;  //-V501\n" % i + b"\n" * i for i in range(3000)}
+        report = self.raw_report("report", *(
+            record(self.source(name, content), content,
+                   {1: [(501, content.index(b"//-V"), content.index(b"\n"))]})
+            for name, content in contents.items()))
+        self.assertEqual(self.run_program("cleanup", "-r", "root", report, preexec_fn=narrow),
+                         (0, b"", b""))
+        expected = {name: content.replace(b"//-V501", b"") for name, content in contents.items()}
+        expected.update((name + BACKUP, content) for name, content in contents.items())
+        self.assertTrue(self.tree() == expected)
+
+    def test_memory_does_not_grow_with_what_is_read(self):
+        lines = {number: [(501, 7, 14)] for number in range(1, 400)}
+        kept = record(self.root / "a", b"", lines)
+        other = record(self.root / "a", b"", {**lines, 400: [(502, 7, 14)]})
+        text = (json.dumps(other) + "\n" + json.dumps(kept) + "\n").encode()
+        with open(self.scratch / "raw", "wb") as stream:
+            for _ in range((192 << 20) // len(text)):
+                stream.write(text)
+        for command in "merge", "report":
+            self.assertEqual(self.run_program(command, "-r", "root", "-o", command, "raw",
+                                              preexec_fn=narrow), (0, b"", b""))
+        merged = json.loads((self.scratch / "merge").read_bytes())["files"]
+        self.assertEqual([file["lines"] for file in merged], [kept["lines"]])
+        warnings = json.loads((self.scratch / "report").read_bytes())["warnings"]
+        self.assertEqual([warning["positions"][0]["line"] for warning in warnings], list(lines))
+
+
+if __name__ == "__main__":
+    unittest.main()
