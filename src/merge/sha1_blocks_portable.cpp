@@ -61,3 +61,9 @@ void Sha1BlocksPortable(Sha1State& state, unsigned char const* blocks, std::size
     TakeBlock(state, blocks);
   }
 }
+
+#if !defined(__x86_64__) && !(defined(__aarch64__) && defined(__linux__))
+Sha1Blocks Sha1BlocksOfProcessor() {
+  return nullptr;
+}
+#endif

@@ -78,10 +78,4 @@ Sha1Blocks Sha1BlocksOfProcessor() {
   return HasInstructions() ? TakeBlocks : nullptr;
 }
 
-#else
-
-Sha1Blocks Sha1BlocksOfProcessor() {
-  return nullptr;
-}
-
 #endif
