@@ -1,0 +1,26 @@
+# Completion of qln-fp-tree for bash; needs nothing but bash.
+
+_qln_fp_tree() {
+  local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]}
+  local words='check preview undo keep sarif'
+  COMPREPLY=()
+  if ((COMP_CWORD == 1)); then
+    [[ $word == -* ]] && words='--help --version'
+    mapfile -t COMPREPLY < <(compgen -W "$words" -- "$word")
+    return
+  fi
+  compopt -o filenames 2>/dev/null  # Fails where a script calls this function.
+  case ${COMP_WORDS[1]}:$before:$word in
+    check:-r:* | preview:-r:* | undo:-r:* | keep:-r:*)
+      mapfile -t COMPREPLY < <(compgen -d -- "$word")
+      ;;
+    check:*:-* | preview:*:-* | undo:*:-* | keep:*:-*)
+      mapfile -t COMPREPLY < <(compgen -W -r -- "$word")
+      ;;
+    check:* | preview:* | sarif:*)
+      mapfile -t COMPREPLY < <(compgen -d -- "$word"; compgen -f -X '!*.json' -- "$word")
+      ;;
+  esac
+}
+
+complete -F _qln_fp_tree qln-fp-tree

@@ -1,0 +1,126 @@
+"""The completions in the real shells; they and the documents against the programs' own help."""
+
+import os
+import pathlib
+import re
+import subprocess
+import unittest
+
+from harness import PROGRAM, EndToEnd
+
+PROJECT = pathlib.Path(__file__).parents[2]
+DOCUMENTS = {"qln-fp-cleaner": ["man/qln-fp-cleaner.1", "README.md"],
+             "qln-fp-tree": ["man/qln-fp-tree.1"]}
+
+# Each shell writes every line of $TO_TRY behind "> ", and below it what it offers at its end.
+BASH = r"""
+for file in "$COMPLETIONS"/*.bash; do source "$file"; done
+while IFS= read -r line; do
+  echo "> $line"
+  read -ra COMP_WORDS <<<"${line//=/ =}"
+  [[ $line == *' ' ]] && COMP_WORDS+=('')
+  COMP_CWORD=$((${#COMP_WORDS[@]} - 1))
+  set -- $(complete -p "${COMP_WORDS[0]}")
+  "$3"
+  printf '%s\n' "${COMPREPLY[@]}"
+done <<<"$TO_TRY" >"$OFFERS"
+"""
+FISH = r"""
+for file in $COMPLETIONS/*.fish; source $file; end
+for line in (string split \n $TO_TRY); echo "> $line"; complete -C $line; end >$OFFERS
+"""
+# Zsh completes only in its line editor: all lines are tried when that starts, on a terminal that
+# script(1) makes, and what goes to the builtin that adds offers is written down.
+ZSH = r"""
+fpath=($COMPLETIONS $fpath)
+autoload -Uz compinit && compinit -D -u
+exec 3>$OFFERS
+compadd() {
+  local -a found
+  ((${@[(I)-*[OAD]]})) || { builtin compadd -A found "$@"; print -rl -- $found >&3 }
+  builtin compadd "$@"
+}
+zle-line-init() {
+  for line in ${(f)TO_TRY}; do
+    print -r -- "> $line" >&3
+    BUFFER=$line CURSOR=$#line
+    zle complete-word
+  done
+  exit 0
+}
+zle -N zle-line-init
+"""
+SHELLS = {"bash": ["bash", "--norc", "-c", BASH], "fish": ["fish", "--no-config", "-c", FISH],
+          "zsh": ["script", "-qec", "zsh -d", "/dev/null"]}  # With ZSH as its .zshrc.
+
+
+def options_of(text):
+    return set(re.findall(r"(?<![\w-])--?[a-z][\w-]*", text))
+
+
+def words_of_help():
+    """What may follow on a line that so begins, as the programs' help has it."""
+    def help_of(program, *arguments):
+        return subprocess.check_output([program, *arguments, "--help"], text=True)
+    top = help_of(PROGRAM)
+    # The help of a command does not list the option that prints it.
+    words = {command: options_of(help_of(PROGRAM, command)) | {"-h", "--help"}
+             for command in re.findall(r"^ {6}(\w+)  ", top, re.MULTILINE)}
+    tree = help_of(PROJECT / "companion" / "qln-fp-tree")
+    tree_words = {command: options_of(rest)
+                  for command, rest in re.findall(r"qln-fp-tree (\w+)(.*)", tree)}
+    return {
+        "qln-fp-cleaner ": set(words), "qln-fp-cleaner -": options_of(top),
+        **{f"qln-fp-cleaner {command} -": options for command, options in words.items()},
+        "qln-fp-tree ": set(tree_words),
+        "qln-fp-tree -": options_of(tree) - set().union(*tree_words.values()),
+        **{f"qln-fp-tree {command} -": options for command, options in tree_words.items()}}
+
+
+class Completions(EndToEnd):
+    def expect_offers(self, wanted):
+        (self.scratch / ".zshrc").write_text(ZSH)
+        offers = self.scratch / "offers"
+        environment = {**os.environ, "TO_TRY": "\n".join(wanted), "TERM": "vt100",
+                       "COMPLETIONS": str(PROJECT / "completions"), "OFFERS": str(offers),
+                       "HOME": str(self.scratch), "ZDOTDIR": str(self.scratch),
+                       "LC_ALL": "C.UTF-8"}
+        for shell, command in SHELLS.items():
+            done = subprocess.run(command, env=environment, cwd=self.root, timeout=60,
+                                  stdin=subprocess.DEVNULL, capture_output=True)
+            self.assertEqual((done.returncode, done.stderr), (0, b""), shell)
+            blocks = [block.split("\n") for block in offers.read_text().split("> ")[1:]]
+            # Fish adds descriptions; a joined value may come with its option.
+            self.assertEqual({line: {re.sub(r"^--[\w-]+=|/?(\t.*)?$", "", one) for one in found
+                                     if one} for line, *found in blocks}, wanted, shell)
+
+    def test_every_command_and_option_of_the_help_and_no_other(self):
+        self.expect_offers(words_of_help())
+
+    def test_files_and_directories(self):
+        for name in "one.json", "two.txt", "sub/three.json":
+            self.source(name, b"")
+        wanted = {
+            ("merge ", "report -r sub ", "cleanup -o out "): {"one.json", "sub"},
+            ("merge -o ", "report --output-file "): {"one.json", "two.txt", "sub"},
+            ("merge -r ", "cleanup --sourcetree-root=", "report one.json -r s"): {"sub"}}
+        of_tree = {("check ", "sarif ", "preview -r sub "): {"one.json", "sub"},
+                   ("check -r ", "keep -r s"): {"sub"}}
+        self.expect_offers({f"qln-fp-{program} {line}": found
+                            for program, table in (("cleaner", wanted), ("tree", of_tree))
+                            for lines, found in table.items() for line in lines})
+
+    def test_documents_name_every_command_and_option(self):
+        for program, names in DOCUMENTS.items():
+            words = {line + word if line.endswith(" ") else word
+                     for line, found in words_of_help().items() if line.startswith(program)
+                     for word in found}
+            for name in names:
+                text = (PROJECT / name).read_text().replace("\\-", "-")
+                missing = {word for word in words
+                           if not re.search(rf"(?<![\w-]){word}(?![\w-])", text)}
+                self.assertEqual(missing, set(), name)
+
+
+if __name__ == "__main__":
+    unittest.main()
