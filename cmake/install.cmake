@@ -1,0 +1,23 @@
+# What `cmake --install` puts where, below the prefix.
+include(GNUInstallDirs)
+
+# Everywhere but on Debian below /usr, where zsh looks into vendor-completions instead.
+set(QLN_ZSH_COMPLETIONS_DIR "${CMAKE_INSTALL_DATADIR}/zsh/site-functions"
+  CACHE STRING "Where zsh looks for completions")
+
+install(TARGETS qln-fp-cleaner RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+install(PROGRAMS companion/qln-fp-tree DESTINATION ${CMAKE_INSTALL_BINDIR})
+
+foreach(program qln-fp-cleaner qln-fp-tree)
+  install(FILES man/${program}.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+  install(FILES completions/${program}.bash RENAME ${program}
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
+  install(FILES completions/_${program} DESTINATION ${QLN_ZSH_COMPLETIONS_DIR})
+  install(FILES completions/${program}.fish
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d)
+endforeach()
+
+# As they lie in the sources, so that their links hold.
+install(FILES README.md CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(DIRECTORY docs examples DESTINATION ${CMAKE_INSTALL_DOCDIR}
+  PATTERN .clang-format EXCLUDE)
