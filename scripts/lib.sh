@@ -7,6 +7,7 @@ build_packages=(clang-19 libc++-19-dev libc++abi-19-dev cmake ninja-build
 fuzz_packages=(libclang-rt-19-dev llvm-19)
 test_packages=(libclang-rt-19-dev python3-jsonschema jq patch fish zsh)
 check_packages=(clang-format-19 clang-tidy-19 mandoc)
+package_packages=(lintian dpkg-dev git)
 
 say() { printf '==> %s\n' "$*"; }
 

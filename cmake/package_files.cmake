@@ -1,0 +1,24 @@
+# Run by cpack over the installed files before it packs them: adds what only a Debian package has.
+if(NOT DEFINED ENV{SOURCE_DATE_EPOCH})  # From which cpack takes the times of all files, too.
+  message(FATAL_ERROR "Set SOURCE_DATE_EPOCH to the last commit's time, as scripts/package does.")
+endif()
+set(root ${CPACK_TEMPORARY_INSTALL_DIRECTORY}/usr)
+set(documents ${root}/share/doc/${CPACK_PACKAGE_NAME})
+
+string(TIMESTAMP date "%a, %d %b %Y %H:%M:%S +0000" UTC)  # Of SOURCE_DATE_EPOCH.
+file(WRITE ${documents}/changelog.Debian
+"${CPACK_PACKAGE_NAME} (${CPACK_PACKAGE_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE}) unstable; urgency=medium
+
+  * See changelog.gz.
+
+ -- ${CPACK_PACKAGE_CONTACT}  ${date}
+")
+file(RENAME ${documents}/CHANGELOG.md ${documents}/changelog)
+set(packaging ${CMAKE_CURRENT_LIST_DIR}/../packaging)
+file(COPY ${packaging}/copyright DESTINATION ${documents})
+file(MAKE_DIRECTORY ${root}/share/lintian/overrides)
+file(COPY_FILE ${packaging}/lintian-overrides
+  ${root}/share/lintian/overrides/${CPACK_PACKAGE_NAME})
+
+file(GLOB to_compress ${documents}/changelog* ${root}/share/man/man1/*)
+execute_process(COMMAND gzip -9n ${to_compress} COMMAND_ERROR_IS_FATAL ANY)
