@@ -8,6 +8,10 @@ fuzz_packages=(libclang-rt-19-dev llvm-19)
 test_packages=(libclang-rt-19-dev python3-jsonschema jq patch fish zsh)
 check_packages=(clang-format-19 clang-tidy-19 mandoc)
 package_packages=(lintian dpkg-dev git)
+arm64_packages=(binutils-aarch64-linux-gnu qemu-user)
+arm64_sysroot_packages=(libc6 libc6-dev linux-libc-dev libgcc-s1 libgcc-12-dev
+                        libc++-19-dev libc++abi-19-dev libunwind-19-dev
+                        nlohmann-json3-dev libargs-dev googletest)
 
 say() { printf '==> %s\n' "$*"; }
 
@@ -44,6 +48,31 @@ install_missing() {
     die "could not install ${missing[*]}"
   fi
   rm -f "$log"
+}
+
+# Unpacks the ARM packages to build against into build/arm64-sysroot. As files only, by an apt with
+# lists of its own: the system's packages and its architectures stay as they are.
+unpack_arm64_sysroot() {
+  local sysroot=$PWD/build/arm64-sysroot apt=$PWD/build/arm64-apt package
+  [[ -e $sysroot/unpacked && ! $sysroot/unpacked -ot scripts/lib.sh ]] && return
+  say "Unpacking the ARM packages into build/arm64-sysroot"
+  rm -rf "$sysroot" "$apt"
+  mkdir -p "$sysroot" "$apt"/{state/lists/partial,cache/archives/partial,packages}
+  : >"$apt/status"
+  local options=(-o APT::Architecture=arm64 -o APT::Architectures=arm64
+                 -o "Dir::State=$apt/state" -o "Dir::State::status=$apt/status"
+                 -o "Dir::Cache=$apt/cache")
+  if ! { apt-get "${options[@]}" update &&
+         (cd "$apt/packages" && apt-get "${options[@]}" download "${arm64_sysroot_packages[@]}")
+       } >"$apt/log" 2>&1; then
+    tail -n 5 "$apt/log" >&2
+    die "could not download the ARM packages"
+  fi
+  for package in "$apt"/packages/*.deb; do
+    dpkg -x "$package" "$sysroot"
+  done
+  rm -rf "$apt"
+  touch "$sysroot/unpacked"
 }
 
 # build PRESET [CMAKE-ARGUMENT...]: configures and builds quietly; says what failed.

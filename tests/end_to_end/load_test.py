@@ -7,9 +7,9 @@ import unittest
 
 from harness import BACKUP, EndToEnd, record
 
-# Sanitizers reserve terabytes of addresses.
-LIMITS = {resource.RLIMIT_NOFILE: 64} if "QLN_SANITIZED" in os.environ else {
-    resource.RLIMIT_NOFILE: 64, resource.RLIMIT_AS: 96 << 20}
+LIMITS = {resource.RLIMIT_NOFILE: 64}
+if "QLN_WIDE_ADDRESSES" not in os.environ:
+    LIMITS[resource.RLIMIT_AS] = 96 << 20
 
 
 def narrow():
