@@ -17,10 +17,12 @@
 #include <algorithm>
 #include <cstdint>
 #include <format>
+#include <iterator>
 #include <set>
 #include <sstream>
 #include <utility>
 
+#include "merge/framed_record.h"
 #include "merge/report_json.h"
 #include "merge/report_window.h"
 #include "merge/structured_report_writer.h"
@@ -60,11 +62,13 @@ std::vector<std::string_view> Frame(std::string_view text) {
 
 void CheckFraming(std::string_view text, fs::path const& path) {
   ReportWindow window(path);
-  for (const std::string_view record : Frame(text)) {
-    Require(window.SkipAny("\n") && window.FrameRecord() == record, "the framing");
-    window.Consume(record.size());
+  for (const std::string_view expected : Frame(text)) {
+    Require(window.SkipAny("\n"), "the framing finds as many records");
+    FramedRecord record(window);
+    const std::string found(std::istreambuf_iterator(&record), {});
+    Require(found == expected && record.Close(), "the framing finds the same record");
   }
-  Require(!window.SkipAny("\n") || window.FrameRecord().empty(), "the end of the framing");
+  Require(!window.SkipAny("\n") || !FramedRecord(window).Close(), "the framing ends there");
 }
 
 void KeepCommonLines(File const& file, File const& other) {

@@ -2,8 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <iterator>
 #include <vector>
 
+#include "merge/framed_record.h"
 #include "scratch_directory.h"
 
 namespace {
@@ -12,12 +14,12 @@ std::vector<std::string> RecordsOf(std::filesystem::path const& path) {
   ReportWindow window(path);
   std::vector<std::string> records;
   while (window.SkipAny("\n")) {
-    records.emplace_back(window.FrameRecord());
-    if (records.back().empty()) {
-      records.pop_back();
+    FramedRecord record(window);
+    const std::string text(std::istreambuf_iterator(&record), {});
+    if (!record.Close()) {
       break;
     }
-    window.Consume(records.back().size());
+    records.push_back(text);
   }
   return records;
 }

@@ -268,8 +268,8 @@ PlainRecord ReadPlainRecord(std::string_view text, File& file) {
 
 std::size_t ReadPlainRecord(ReportWindow& window, File& file) {
   PlainRecord record = ReadPlainRecord(window.Rest(), file);
-  // A whole line at a time: a record is one, mostly, and begun again only when it may be complete.
-  while (record.isCutShort && window.ReadLine()) {
+  // From its front each time, but with a window four times as large: it costs a third more.
+  while (record.isCutShort && window.ReadMore()) {
     record = ReadPlainRecord(window.Rest(), file);
   }
   return record.length;

@@ -1,9 +1,11 @@
 #include "merge/raw_record_reader.h"
 
-#include <nlohmann/json.hpp>
+#include <istream>
 
+#include "merge/framed_record.h"
 #include "merge/plain_record.h"
 #include "merge/report_json.h"
+#include "merge/report_tree.h"
 
 bool RawRecordReader::IsRawForCertain() {
   std::error_code ignored;
@@ -22,12 +24,16 @@ bool RawRecordReader::Next(File& file) {
   if (NextPlain(file)) {
     return true;
   }
-  const std::string_view record = m_window->FrameRecord();
-  if (record.empty()) {
+  if (m_window->Rest().empty()) {
     return false;
   }
-  file = nlohmann::json::parse(record).get<File>();
-  Take(record.size());
+  FramedRecord record(*m_window);
+  std::istream text(&record);
+  const nlohmann::json tree = ReadReportTree(text);
+  if (!record.Close()) {
+    return false;
+  }
+  file = tree.get<File>();
   return true;
 }
 

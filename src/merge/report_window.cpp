@@ -1,7 +1,6 @@
 #include "merge/report_window.h"
 
 #include <algorithm>
-#include <cstdint>
 #include <cstring>
 #include <new>
 
@@ -17,7 +16,7 @@ ReportWindow::ReportWindow(std::filesystem::path const& path) : m_input(path) {
 
 bool ReportWindow::ReadMore() {
   if (m_begin == 0 && m_end == m_capacity) {
-    Resize(2 * m_capacity);
+    Resize(4 * m_capacity);
   }
   if (m_begin > 0) {
     std::memmove(m_bytes.get(), m_bytes.get() + m_begin, m_end - m_begin);
@@ -27,15 +26,6 @@ bool ReportWindow::ReadMore() {
   const std::size_t count = m_input.Read({m_bytes.get() + m_end, m_capacity - m_end});
   m_end += count;
   return count > 0;
-}
-
-bool ReportWindow::ReadLine() {
-  const std::size_t before = Rest().size();
-  std::size_t searched = before;
-  while (ReadMore() && Rest().find('\n', searched) == std::string_view::npos) {
-    searched = Rest().size();
-  }
-  return Rest().size() > before;
 }
 
 void ReportWindow::Resize(std::size_t capacity) {
@@ -56,20 +46,4 @@ bool ReportWindow::SkipAny(std::string_view bytes) {
     }
   } while (ReadMore());
   return false;
-}
-
-std::string_view ReportWindow::FrameRecord() {
-  std::int64_t depth = 0;
-  std::size_t length = 0;
-  do {
-    const std::string_view rest = Rest();
-    while (length < rest.size()) {
-      const char byte = rest[length++];
-      depth += static_cast<int>(byte == '{') - static_cast<int>(byte == '}');
-      if (depth == 0) {
-        return rest.substr(0, length);
-      }
-    }
-  } while (ReadMore());
-  return {};
 }

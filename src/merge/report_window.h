@@ -24,18 +24,12 @@ class ReportWindow {
   /// Takes `count` bytes off the front of Rest().
   void Consume(std::size_t count) { m_begin += count; }
 
-  /// Reads on behind Rest(). False at the end of the report, or when reading fails.
+  /// Reads on behind Rest(), until the window is full. False at the end of the report, or when
+  /// reading fails.
   [[nodiscard]] bool ReadMore();
-
-  /// Reads on behind Rest() until a line feed or the end comes in. False when nothing came in.
-  [[nodiscard]] bool ReadLine();
 
   /// Consumes as long as the front byte is one of `bytes`; false when the report ends there.
   [[nodiscard]] bool SkipAny(std::string_view bytes);
-
-  /// The record that begins at the front, by the framing of raw reports: it ends at the byte at
-  /// which its braces balance. Empty when the report ends first. Valid until the next ReadMore.
-  [[nodiscard]] std::string_view FrameRecord();
 
  private:
   struct FreeMemory {

@@ -2,11 +2,12 @@
 
 #include <algorithm>
 #include <fstream>
-#include <nlohmann/json.hpp>
 #include <utility>
 
+#include "merge/framed_record.h"
 #include "merge/plain_record.h"
 #include "merge/report_json.h"
+#include "merge/report_tree.h"
 #include "merge/report_window.h"
 
 namespace {
@@ -70,13 +71,13 @@ class PlainStructuredReader {
       return true;
     }
     // An object that the library accepts by itself is what it would find here in the whole report.
-    const std::string_view text = m_window.FrameRecord();
-    if (!text.starts_with('{')) {
+    if (m_window.Rest().front() != '{') {
       return false;
     }
-    record = nlohmann::json::parse(text).get<File>();
-    m_window.Consume(text.size());
-    return true;
+    FramedRecord framed(m_window);
+    std::istream text(&framed);
+    record = ReadReportTree(text).get<File>();
+    return framed.Close();
   }
 
   /// Only a single digit: what the version is does not matter, and is left as it was.
@@ -134,7 +135,7 @@ std::optional<Files> ReadStructuredReport(std::filesystem::path const& path) {
   }
   try {
     std::ifstream stream(path);
-    return nlohmann::json::parse(stream).get<Files>();
+    return ReadReportTree(stream).get<Files>();
   } catch (nlohmann::json::exception const&) {
     return std::nullopt;
   } catch (std::ios_base::failure const&) {
