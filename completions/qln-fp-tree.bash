@@ -5,17 +5,17 @@ _qln_fp_tree() {
   local words='check preview undo keep sarif'
   COMPREPLY=()
   if ((COMP_CWORD == 1)); then
-    [[ $word == -* ]] && words='--help --version'
+    [[ $word == -* ]] && words='-h --help -v --version'
     mapfile -t COMPREPLY < <(compgen -W "$words" -- "$word")
     return
   fi
   compopt -o filenames 2>/dev/null  # Fails where a script calls this function.
   case ${COMP_WORDS[1]}:$before:$word in
-    check:-r:* | preview:-r:* | undo:-r:* | keep:-r:*)
+    [!s]*:-r:* | [!s]*:--sourcetree-root:*)  # All but sarif.
       mapfile -t COMPREPLY < <(compgen -d -- "$word")
       ;;
-    check:*:-* | preview:*:-* | undo:*:-* | keep:*:-*)
-      mapfile -t COMPREPLY < <(compgen -W -r -- "$word")
+    [!s]*:*:-*)
+      mapfile -t COMPREPLY < <(compgen -W '-r --sourcetree-root' -- "$word")
       ;;
     check:* | preview:* | sarif:*)
       mapfile -t COMPREPLY < <(compgen -d -- "$word"; compgen -f -X '!*.json' -- "$word")

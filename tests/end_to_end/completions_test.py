@@ -67,8 +67,9 @@ def words_of_help():
     words = {command: options_of(help_of(PROGRAM, command)) | {"-h", "--help"}
              for command in re.findall(r"^ {6}(\w+)  ", top, re.MULTILINE)}
     tree = help_of(PROJECT / "companion" / "qln-fp-tree")
-    tree_words = {command: options_of(rest)
-                  for command, rest in re.findall(r"qln-fp-tree (\w+)(.*)", tree)}
+    root = options_of(re.search(r"^  -r, .*", tree, re.MULTILINE).group())
+    tree_words = {command: root if rest.startswith("-r ") else set()
+                  for command, rest in re.findall(r"^  (\w+) +(.*)", tree, re.MULTILINE)}
     return {
         "qln-fp-cleaner ": set(words), "qln-fp-cleaner -": options_of(top),
         **{f"qln-fp-cleaner {command} -": options for command, options in words.items()},
