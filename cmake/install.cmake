@@ -1,7 +1,7 @@
 # What `cmake --install` puts where, below the prefix.
 include(GNUInstallDirs)
 
-# Everywhere but on Debian below /usr, where zsh looks into vendor-completions instead.
+# Below /usr, Debian's zsh looks into vendor-completions instead; the preset "package" says so.
 set(QLN_ZSH_COMPLETIONS_DIR "${CMAKE_INSTALL_DATADIR}/zsh/site-functions"
   CACHE STRING "Where zsh looks for completions")
 
