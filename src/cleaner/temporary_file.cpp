@@ -71,10 +71,11 @@ bool TemporaryFile::MakeEmpty() const noexcept {
   return m_isRegular && (m_foundSize == 0 || ::ftruncate(m_descriptor, 0) == 0);
 }
 
-void TemporaryFile::RefuseForeignText() const {
+void TemporaryFile::RefuseForeignText() {
   const std::error_code reason(errno, std::system_category());
   std::error_code ignored;
   if (fs::is_regular_file(m_path, ignored)) {
+    Close();  // No destructor runs after this, and the lock must not outlive us.
     throw fs::filesystem_error("cannot write the temporary file", m_path, reason);
   }
 }

@@ -41,7 +41,7 @@ class TemporaryFile {
   void OpenAndLock();
   [[nodiscard]] bool IsStillAtPath() noexcept;
   [[nodiscard]] bool MakeEmpty() const noexcept;
-  void RefuseForeignText() const;
+  void RefuseForeignText();
   void Close() noexcept;
 
   std::filesystem::path m_path;
