@@ -74,7 +74,9 @@ bool TemporaryFile::MakeEmpty() const noexcept {
 void TemporaryFile::RefuseForeignText() {
   const std::error_code reason(errno, std::system_category());
   std::error_code ignored;
-  if (fs::is_regular_file(m_path, ignored)) {
+  const fs::file_type type = fs::status(m_path, ignored).type();
+  // What was opened without learning what it is may be a file, too.
+  if (type == fs::file_type::regular || (type == fs::file_type::none && m_descriptor >= 0)) {
     Close();  // No destructor runs after this, and the lock must not outlive us.
     throw fs::filesystem_error("cannot write the temporary file", m_path, reason);
   }
