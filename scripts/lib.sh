@@ -5,7 +5,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 build_packages=(clang-19 libc++-19-dev libc++abi-19-dev cmake ninja-build
                 nlohmann-json3-dev libargs-dev googletest python3)
 fuzz_packages=(libclang-rt-19-dev llvm-19)
-test_packages=(libclang-rt-19-dev python3-jsonschema jq patch fish zsh)
+test_packages=(libclang-rt-19-dev python3-jsonschema fish jq patch strace zsh)
 check_packages=(clang-format-19 clang-tidy-19 mandoc shellcheck)
 package_packages=(lintian dpkg-dev git)
 arm64_packages=(binutils-aarch64-linux-gnu qemu-user)
