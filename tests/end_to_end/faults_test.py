@@ -43,11 +43,12 @@ class Faults(EndToEnd):
         copies = f"{self.temp}/qln_fp_cleaner"
         full = f'in create_directory: No space left on device ["{copies}"]'
         absent = 'in copy_file: No such file or directory ["root/%s"] ["%s/%s"]'
-        for options, errors in (("nr_inodes=1", [full, full]),
-                                ("nr_inodes=2", [absent % (name, copies, name) for name in "ab"]),
-                                ("size=8k", [])):
-            mount = f'mount -t tmpfs -o {options} none "$TMPDIR" && exec "$@"'
-            self.assertEqual(self.cleanup(*MOUNTING, "sh", "-c", mount, "sh"),
+        for mount, errors in (("nr_inodes=1 none $0", [full, full]),
+                              ("nr_inodes=2 none $0 && mkdir $0/qln_fp_cleaner",
+                               [absent % (name, copies, name) for name in "ab"]),
+                              ("size=8k none $0", [])):
+            self.assertEqual(self.cleanup(*MOUNTING, "sh", "-c",
+                                          f'mount -t tmpfs -o {mount} && exec "$@"', self.temp),
                              ["filesystem error: " + error for error in errors])
             if errors:
                 self.assertEqual(self.tree(), before)
