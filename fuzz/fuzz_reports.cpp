@@ -12,8 +12,6 @@
 //
 // It works in a directory of its own, so paths on its command line have to be absolute.
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <cstdint>
 #include <format>

@@ -102,9 +102,8 @@ class MalformedReports(EndToEnd):
 
     def test_deep_nesting(self):
         """More than a stack bears. What no report has is not looked at."""
-        deep = 100_000
         for opening, closing in (b"[", b"]"), (b'{"end":', b"}"), (b'[{"lines":', b"}]"):
-            nested = opening * deep + b"1" + closing * deep
+            nested = opening * 100_000 + b"1" + closing * 100_000
             self.gets_paths(["|?|/a"], PLAIN[:-1] + b',"other":' + nested + b"}")
             self.gets([], b'{"version":1,"files":[],"other":' + nested + b"}")
             for text in (nested, PLAIN.replace(b":1", b":" + nested),
@@ -113,11 +112,10 @@ class MalformedReports(EndToEnd):
 
     def test_duplicate_keys(self):
         """The last one counts."""
-        twice = PLAIN.replace(b"{", b'{"hash":"x","path":1,"lines":"",', 1)
-        self.gets_paths(["|?|/a"], twice)
-        self.gets(self.refusal, twice[:-1] + b',"lines":1}')
-        self.gets_paths(["|?|/root/a"],
-                        b'{"version":"","files":1,"version":1,"files":[%s]}' % twice)
+        two = PLAIN.replace(b"{", b'{"hash":"x","path":1,"lines":"",', 1)
+        self.gets_paths(["|?|/a"], two)
+        self.gets(self.refusal, two[:-1] + b',"lines":1}')
+        self.gets_paths(["|?|/root/a"], b'{"version":"","files":1,"version":1,"files":[%s]}' % two)
 
     def test_bytes_that_are_no_text(self):
         structured = b'{"version":1,"files":[%s]}' % PLAIN
