@@ -56,7 +56,9 @@ void MarksFilter::Rewrite(fs::path const& source, SourceFile const& input, EditW
   // Our turn may have been long in coming, and another run may have cleaned the file meanwhile, or
   // an editor saved it. Such a file must not become the backup in place of the original.
   if (window.Failed() || !input.StandsUnchangedAt(source)) {
-    fs::remove(temporary.Path());
+    if (temporary.IsOpen()) {
+      fs::remove(temporary.Path());
+    }
     throw HashMismatch(source);
   }
   // A rewritten file has the permissions of a new one, because it is a copy of one.

@@ -33,8 +33,21 @@ bool WriteNew(fs::path const& path, mode_t mode, std::string_view content) {
   return ::close(descriptor) == 0 && isDone;
 }
 
+/// A file that has come to the path of one that could not be opened is another run's, or another
+/// worker's, and has the text of another source. For all else there the library has its words.
+void RefuseForeignFile(TemporaryFile const& from, fs::path const& to) {
+  std::error_code ignored;
+  const fs::file_status status = fs::status(from.Path(), ignored);
+  if (!from.IsOpen() &&
+      (!fs::status_known(status) || !fs::exists(status) || fs::is_regular_file(status))) {
+    throw fs::filesystem_error("in copy_file", to, from.Path(),
+                               std::make_error_code(std::errc::no_such_file_or_directory));
+  }
+}
+
 void Copy(TemporaryFile const& from, fs::path const& to, std::optional<std::string_view> content) {
   if (!content || !from.IsWhole() || !WriteNew(to, from.Mode(), *content)) {
+    RefuseForeignFile(from, to);
     fs::copy_file(from.Path(), to, fs::copy_options::overwrite_existing);
   }
 }

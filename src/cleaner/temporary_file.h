@@ -30,6 +30,10 @@ class TemporaryFile {
   /// The permissions of the file.
   [[nodiscard]] mode_t Mode() const noexcept { return m_mode; }
 
+  /// Whether it could be opened. If not, what stands at its path is another's: not to be read or
+  /// removed.
+  [[nodiscard]] bool IsOpen() const noexcept { return m_descriptor >= 0; }
+
   /// Appends `bytes`; nothing once a piece could not be written.
   void Write(std::span<char const> bytes) noexcept;
 
