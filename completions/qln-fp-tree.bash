@@ -3,6 +3,12 @@
 _qln_fp_tree() {
   local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]}
   local words='check preview undo keep sarif'
+  # Bash takes --sourcetree-root=name apart at the sign.
+  if [[ $word == '=' ]]; then
+    word=
+  elif [[ $before == '=' ]]; then
+    before=${COMP_WORDS[COMP_CWORD - 2]}
+  fi
   COMPREPLY=()
   if ((COMP_CWORD == 1)); then
     [[ $word == -* ]] && words='-h --help -v --version'

@@ -10,7 +10,7 @@ from harness import PROGRAM, EndToEnd
 
 PROJECT = pathlib.Path(__file__).parents[2]
 DOCUMENTS = {"qln-fp-cleaner": ["man/qln-fp-cleaner.1", "README.md"],
-             "qln-fp-tree": ["man/qln-fp-tree.1"]}
+             "qln-fp-tree": ["man/qln-fp-tree.1", "README.md"]}
 
 # Each shell writes every line of $TO_TRY behind "> ", and below it what it offers at its end.
 BASH = r"""
@@ -106,7 +106,7 @@ class Completions(EndToEnd):
             ("merge -o ", "report --output-file "): {"one.json", "two.txt", "sub"},
             ("merge -r ", "cleanup --sourcetree-root=", "report one.json -r s"): {"sub"}}
         of_tree = {("check ", "sarif ", "preview -r sub "): {"one.json", "sub"},
-                   ("check -r ", "keep -r s"): {"sub"}}
+                   ("check -r ", "keep -r s", "undo --sourcetree-root="): {"sub"}}
         self.expect_offers({f"qln-fp-{program} {line}": found
                             for program, table in (("cleaner", wanted), ("tree", of_tree))
                             for lines, found in table.items() for line in lines})
