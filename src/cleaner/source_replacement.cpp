@@ -36,10 +36,12 @@ bool WriteNew(fs::path const& path, mode_t mode, std::string_view content) {
 /// A file that has come to the path of one that could not be opened is another run's, or another
 /// worker's, and has the text of another source. For all else there the library has its words.
 void RefuseForeignFile(TemporaryFile const& from, fs::path const& to) {
+  if (from.IsOpen()) {
+    return;
+  }
   std::error_code ignored;
   const fs::file_status status = fs::status(from.Path(), ignored);
-  if (!from.IsOpen() &&
-      (!fs::status_known(status) || !fs::exists(status) || fs::is_regular_file(status))) {
+  if (!fs::status_known(status) || !fs::exists(status) || fs::is_regular_file(status)) {
     throw fs::filesystem_error("in copy_file", to, from.Path(),
                                std::make_error_code(std::errc::no_such_file_or_directory));
   }
