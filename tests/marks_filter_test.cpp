@@ -45,7 +45,10 @@ TEST(MarksFilter, RemovesWhatTheOffsetsSay) {
       {"abc\nabc\nabc", {{2, {At(0, 2)}}, {1, {At(0, 2)}}}, "abc\nc\nabc"},
       {"abc\nabc\n", {{1, {}}, {2, {At(0, 2)}}}, "abc\nc\n"},
       {"", {{1, {At(0, 5)}}}, ""},
-      // A line end that the edge of the window splits is still one.
+      // A line end that the edge of a block, or of the window, splits is still one.
+      {std::string(63, 'x') + "\n\rb\nc//-V1\n",
+       {{3, {At(1, 6)}}},
+       std::string(63, 'x') + "\n\rb\nc\n"},
       {std::string(EditWindow::Size - 1, 'x') + "\r\nb//-V1\n",
        {{2, {At(1, 6)}}},
        std::string(EditWindow::Size - 1, 'x') + "\r\nb\n"},
@@ -55,22 +58,26 @@ TEST(MarksFilter, RemovesWhatTheOffsetsSay) {
   }
 }
 
-/// Text that is mostly line ends and marker-like bytes; markers that are mostly sensible.
+/// Text that is mostly line ends, or has lines enough to be counted by the block; markers that are
+/// mostly sensible.
 TEST(MarksFilter, EqualsTheReferenceOnGeneratedFiles) {
   const ScratchDirectory scratch;
   std::minstd_rand random(7);
   const auto below = [&random](std::uint64_t bound) { return random() % bound; };
+  const std::string_view alphabets[] = {"ab/\r\n", "abcdefghijklm/\n", "abcdefghijklm/ab/\n\n\n\r"};
   for (int round = 0; round < 1500; ++round) {
+    const std::string_view alphabet = alphabets[round % 3];
+    const bool isLong = round % 3 != 0;
     // Some files reach over the window, with line ends at its very edge.
     std::string text(round % 50 == 0 ? EditWindow::Size - 4 : 0, round % 100 == 0 ? '\n' : 'x');
-    for (auto length = below(120); length > 0; --length) {
-      text += "ab/\r\n"[below(5)];
+    const bool huge = !text.empty();
+    for (auto length = below(isLong ? 600 : 120); length > 0; --length) {
+      text += alphabet[below(alphabet.size())];
     }
-    const bool huge = text.size() > 200;
     Lines lines;
     std::uint32_t number = huge ? static_cast<std::uint32_t>(std::ranges::count(text, '\n')) : 0;
     for (auto count = 1 + below(5); count > 0; --count) {
-      number += static_cast<std::uint32_t>(below(4));
+      number += static_cast<std::uint32_t>(below(isLong ? 30 : 4));
       Line line{number, {}};
       std::uint64_t position = huge && below(2) == 0 ? text.size() - below(100) : 0;
       for (auto markers = 1 + below(3); markers > 0; --markers) {

@@ -5,6 +5,21 @@
 
 #include "merge/sha1.h"
 
+namespace {
+
+/// So few that their count fits into a byte, which lets the compiler count many of them at once.
+constexpr std::size_t BlockSize = std::min<std::size_t>(64, EditWindow::Size / 8);
+
+std::uint8_t CountLineFeeds(char const* block) {
+  std::uint8_t count = 0;
+  for (std::size_t i = 0; i < BlockSize; ++i) {
+    count = static_cast<std::uint8_t>(count + static_cast<std::uint8_t>(block[i] == '\n'));
+  }
+  return count;
+}
+
+}  // namespace
+
 EditWindow::EditWindow(SourceFile& source)
     : m_source(source),
       m_buffer(std::make_unique_for_overwrite<char[]>(
@@ -59,14 +74,27 @@ void EditWindow::Keep(std::size_t count) {
   m_position += count;
 }
 
-std::size_t EditWindow::LengthToLineEnd() {
-  if (m_nextCr < m_position) {
-    m_nextCr = Find('\r');
+std::uint64_t EditWindow::KeepManyLines(std::uint64_t limit) {
+  // A LF is not known to stand alone where a CR, or the next window, begins behind it.
+  const std::size_t end = std::max<std::size_t>(NextCr(), 1) - 1;
+  std::uint64_t lines = 0;
+  std::size_t at = m_position;
+  for (; at + BlockSize <= end; at += BlockSize) {
+    const std::uint64_t counted = lines + CountLineFeeds(m_buffer.get() + at);
+    if (counted >= limit) {
+      break;
+    }
+    lines = counted;
   }
+  Keep(at - m_position);
+  return lines;
+}
+
+std::size_t EditWindow::LengthToLineEnd() {
   if (m_nextLf < m_position) {
     m_nextLf = Find('\n');
   }
-  return std::min(m_nextCr, m_nextLf) - m_position;
+  return std::min(NextCr(), m_nextLf) - m_position;
 }
 
 std::optional<std::string_view> EditWindow::WholeResult() const {
@@ -82,6 +110,13 @@ void EditWindow::ReadNext() {
 void EditWindow::LookForLineEnds() {
   m_nextCr = Find('\r');
   m_nextLf = Find('\n');
+}
+
+std::size_t EditWindow::NextCr() {
+  if (m_nextCr < m_position) {
+    m_nextCr = Find('\r');
+  }
+  return m_nextCr;
 }
 
 std::size_t EditWindow::Find(char byte) const {

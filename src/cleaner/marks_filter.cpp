@@ -75,6 +75,8 @@ void MarksFilter::Filter(EditWindow& window) {
 }
 
 void MarksFilter::StateNotInterestedLine(EditWindow& window) {
+  // Unsigned: a listed line that is passed already is too far away ever to be reached.
+  m_lineNumber += window.KeepManyLines(m_file.lines[m_lineIndex].line - m_lineNumber);
   window.Keep(window.LengthToLineEnd());
   if (window.Rest().empty()) {
     return;
