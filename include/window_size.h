@@ -3,11 +3,11 @@
 
 #include <cstddef>
 
-/// `size` in bytes, or a few bytes in a build for fuzzing: its inputs are small, and mistakes are
-/// made at the edges of windows.
+/// `size` in bytes, or a few hundred bytes in a build for fuzzing: its inputs are small, and
+/// mistakes are made at the edges of windows.
 constexpr std::size_t WindowBytes(std::size_t size) {
 #ifdef QLN_SMALL_WINDOWS
-  return size < 64 ? size : 64;
+  return size < 256 ? size : 256;
 #else
   return size;
 #endif

@@ -6,7 +6,9 @@
 #include <cerrno>
 
 InputFile::InputFile(std::filesystem::path const& path) noexcept
-    : m_descriptor(::open(path.c_str(), O_RDONLY | O_CLOEXEC)), m_failed(m_descriptor < 0) {}
+    : m_descriptor(::open(path.c_str(), O_RDONLY | O_CLOEXEC)),
+      m_isSeekable(::lseek(m_descriptor, 0, SEEK_CUR) == 0),
+      m_failed(m_descriptor < 0) {}
 
 InputFile::~InputFile() {
   if (m_descriptor >= 0) {
@@ -28,4 +30,10 @@ std::size_t InputFile::Read(std::span<char> bytes) noexcept {
     }
   }
   return total;
+}
+
+void InputFile::SeekTo(std::uint64_t position) noexcept {
+  if (::lseek(m_descriptor, static_cast<off_t>(position), SEEK_SET) < 0) {
+    m_failed = true;
+  }
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <span>
 
@@ -19,10 +20,17 @@ class InputFile {
   /// Fewer than asked for means the end of the file or, when Failed(), an error.
   [[nodiscard]] std::size_t Read(std::span<char> bytes) noexcept;
 
+  /// Whether SeekTo can work: not in a pipe.
+  [[nodiscard]] bool IsSeekable() const noexcept { return m_isSeekable; }
+
+  /// Goes to `position`, in bytes from the front. Not being able to counts as a failed reading.
+  void SeekTo(std::uint64_t position) noexcept;
+
   /// Whether opening or any reading failed.
   [[nodiscard]] bool Failed() const noexcept { return m_failed; }
 
  private:
   int m_descriptor;
+  bool m_isSeekable;
   bool m_failed;
 };

@@ -20,24 +20,25 @@ constexpr std::array<bool, 256> PlainBytes = [] {
 }();
 
 /// Walks over the text; each function reads one thing and is false when that does not stand there.
+/// None looks for the end of the text: the zeros behind it are nothing that any of them reads.
 class PlainReader {
  public:
-  explicit PlainReader(std::string_view text)
-      : m_at(text.data()), m_end(text.data() + text.size()) {}
+  explicit PlainReader(ReportWindow& window) : m_window(window) { LookIntoWindow(); }
 
-  /// No fixed piece of a record is as long: with fewer bytes left, one may be cut.
-  static constexpr std::size_t LongestPiece = 32;
-
-  /// How many bytes are not read yet.
-  [[nodiscard]] std::size_t Rest() const { return static_cast<std::size_t>(m_end - m_at); }
+  /// Takes what has been read out of the window.
+  void Consume() {
+    m_window.Consume(static_cast<std::size_t>(m_at - m_window.Rest().data()));
+    LookIntoWindow();
+  }
 
   bool Read(File& file) {
     unsigned seen = 0;
     file.version = 1;
-    if (!Token('{')) {
+    if (*m_at != '{' || !Token('{')) {  // No blanks before a record.
       return false;
     }
     do {
+      ReadAhead();
       std::string_view text;
       if (Key("\"path\"", First, seen)) {
         if (!Text(text)) {
@@ -61,7 +62,11 @@ class PlainReader {
   }
 
  private:
-  bool Read(Line& line) { return ReadCompact(line) || ReadInAnyOrder(line); }
+  bool Read(Line& line) {
+    ReadAhead();
+    return ReadCompact(line) || ReadInAnyOrder(line);
+  }
+
   bool Read(Marker& marker) { return ReadCompact(marker) || ReadInAnyOrder(marker); }
 
   // Without blanks and with the keys in order, as the analyzer core writes nearly all of a report:
@@ -170,9 +175,24 @@ class PlainReader {
     return true;
   }
 
+  /// To be called between two pieces of a record, where nothing else points into the text. A piece
+  /// that is cut by the window nevertheless, being longer than most, is not plain.
+  void ReadAhead() {
+    if (static_cast<std::size_t>(m_end - m_at) < MostOfPieces) {
+      Consume();
+      static_cast<void>(m_window.ReadMore());
+      LookIntoWindow();
+    }
+  }
+
+  void LookIntoWindow() {
+    m_at = m_window.Rest().data();
+    m_end = m_at + m_window.Rest().size();
+  }
+
   bool Token(char token) {
     SkipBlanks();
-    if (m_at == m_end || *m_at != token) {
+    if (*m_at != token) {
       return false;
     }
     ++m_at;
@@ -183,8 +203,8 @@ class PlainReader {
   template <std::size_t Size>
   bool Literal(char const (&text)[Size]) {
     constexpr std::size_t length = Size - 1;
-    static_assert(length < LongestPiece);
-    if (Rest() < length || std::memcmp(m_at, text, length) != 0) {
+    static_assert(length <= ReportWindow::Padding);
+    if (std::memcmp(m_at, text, length) != 0) {
       return false;
     }
     m_at += length;
@@ -217,7 +237,7 @@ class PlainReader {
     constexpr std::ptrdiff_t mostDigits = 19;  // The most that cannot pass 64 bits.
     const char* const begin = m_at;
     std::uint64_t value = 0;
-    while (m_at != m_end && *m_at >= '0' && *m_at <= '9') {
+    while (*m_at >= '0' && *m_at <= '9') {
       value = 10 * value + static_cast<unsigned>(*m_at - '0');
       ++m_at;
     }
@@ -235,11 +255,11 @@ class PlainReader {
       return false;
     }
     const char* const begin = m_at;
-    while (m_at != m_end && PlainBytes[static_cast<unsigned char>(*m_at)]) {
+    while (PlainBytes[static_cast<unsigned char>(*m_at)]) {
       ++m_at;
     }
     text = {begin, static_cast<std::size_t>(m_at - begin)};
-    if (m_at == m_end || *m_at != '"') {
+    if (*m_at != '"') {
       return false;
     }
     ++m_at;
@@ -247,30 +267,31 @@ class PlainReader {
   }
 
   void SkipBlanks() {
-    while (m_at != m_end && (*m_at == ' ' || *m_at == '\n' || *m_at == '\t' || *m_at == '\r')) {
+    while (*m_at == ' ' || *m_at == '\n' || *m_at == '\t' || *m_at == '\r') {
       ++m_at;
     }
   }
 
-  const char* m_at;
-  const char* m_end;
+  /// In bytes: as long as a line, or a path, is at the most, but for a rare one.
+  static constexpr std::size_t MostOfPieces = ReportWindow::Size / 64;
+
+  ReportWindow& m_window;
+  const char* m_at = nullptr;
+  const char* m_end = nullptr;
 };
 
 }  // namespace
 
-PlainRecord ReadPlainRecord(std::string_view text, File& file) {
-  PlainReader reader(text);
-  if (text.starts_with('{') && reader.Read(file)) {
-    return {.length = text.size() - reader.Rest()};
+bool ReadPlainRecord(ReportWindow& window, File& file) {
+  if (!window.CanReturn()) {
+    return false;
   }
-  return {.isCutShort = reader.Rest() < PlainReader::LongestPiece};
-}
-
-std::size_t ReadPlainRecord(ReportWindow& window, File& file) {
-  PlainRecord record = ReadPlainRecord(window.Rest(), file);
-  // From its front each time, but with a window four times as large: it costs a third more.
-  while (record.isCutShort && window.ReadMore()) {
-    record = ReadPlainRecord(window.Rest(), file);
+  const std::uint64_t front = window.Position();
+  PlainReader reader(window);
+  if (reader.Read(file)) {
+    reader.Consume();
+    return true;
   }
-  return record.length;
+  window.ReturnTo(front);
+  return false;
 }

@@ -48,9 +48,10 @@ bool RawRecordReader::NextPlain(File& file) {
   if (!SkipRepeats()) {
     return false;
   }
-  const std::size_t length = ReadPlainRecord(*m_window, file);
-  Take(length);
-  return length > 0;
+  const std::uint64_t front = m_window->Position();
+  const bool isRead = ReadPlainRecord(*m_window, file);
+  m_last = m_window->ConsumedFrom(front);
+  return isRead;
 }
 
 /// False when the report ends there.
@@ -63,9 +64,4 @@ bool RawRecordReader::SkipRepeats() {
     m_window->Consume(length);
   }
   return false;
-}
-
-void RawRecordReader::Take(std::size_t length) {
-  m_last = m_window->Rest().substr(0, length);
-  m_window->Consume(length);
 }

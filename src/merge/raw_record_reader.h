@@ -41,11 +41,10 @@ class RawRecordReader {
  private:
   [[nodiscard]] bool NextPlain(File& file);
   [[nodiscard]] bool SkipRepeats();
-  void Take(std::size_t length);
 
   std::filesystem::path m_path;
   std::optional<ReportWindow> m_window;
   std::optional<File> m_ahead;
-  std::string_view m_last;  ///< The text of the record last read.
+  std::string_view m_last;  ///< The text of the record last read; empty if too long.
   RepeatedRecords m_repeated;
 };

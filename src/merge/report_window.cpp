@@ -2,40 +2,28 @@
 
 #include <algorithm>
 #include <cstring>
-#include <new>
 
-#include "window_size.h"
-
-namespace {
-constexpr std::size_t InitialSize = WindowBytes(std::size_t{256} * 1024);
-}
-
-ReportWindow::ReportWindow(std::filesystem::path const& path) : m_input(path) {
-  Resize(InitialSize);
+ReportWindow::ReportWindow(std::filesystem::path const& path)
+    : m_input(path), m_bytes(std::make_unique_for_overwrite<char[]>(Size + Padding)) {
+  std::memset(m_bytes.get(), 0, Padding);
 }
 
 bool ReportWindow::ReadMore() {
-  if (m_begin == 0 && m_end == m_capacity) {
-    Resize(4 * m_capacity);
+  if (m_isAtEnd) {
+    return false;
   }
   if (m_begin > 0) {
     std::memmove(m_bytes.get(), m_bytes.get() + m_begin, m_end - m_begin);
     m_end -= m_begin;
     m_begin = 0;
   }
-  const std::size_t count = m_input.Read({m_bytes.get() + m_end, m_capacity - m_end});
+  const std::size_t room = Size - m_end;
+  const std::size_t count = m_input.Read({m_bytes.get() + m_end, room});
+  m_isAtEnd = count < room;
+  m_position += count;
   m_end += count;
+  std::memset(m_bytes.get() + m_end, 0, Padding);
   return count > 0;
-}
-
-void ReportWindow::Resize(std::size_t capacity) {
-  char* const held = m_bytes.release();
-  auto* const resized = static_cast<char*>(std::realloc(held, capacity));
-  m_bytes.reset(resized != nullptr ? resized : held);
-  if (resized == nullptr) {
-    throw std::bad_alloc();
-  }
-  m_capacity = capacity;
 }
 
 bool ReportWindow::SkipAny(std::string_view bytes) {
@@ -46,4 +34,27 @@ bool ReportWindow::SkipAny(std::string_view bytes) {
     }
   } while (ReadMore());
   return false;
+}
+
+void ReportWindow::ReturnTo(std::uint64_t position) {
+  const std::uint64_t back = Position() - position;
+  if (back <= m_begin) {
+    m_begin -= static_cast<std::size_t>(back);
+    return;
+  }
+  m_input.SeekTo(position);
+  m_position = position;
+  m_begin = 0;
+  m_end = 0;
+  m_isAtEnd = false;
+  static_cast<void>(ReadMore());
+}
+
+std::string_view ReportWindow::ConsumedFrom(std::uint64_t position) const {
+  const std::uint64_t length = Position() - position;
+  if (length > m_begin) {
+    return {};
+  }
+  const auto size = static_cast<std::size_t>(length);
+  return {m_bytes.get() + m_begin - size, size};
 }

@@ -2,45 +2,58 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdlib>
+#include <cstdint>
 #include <filesystem>
 #include <memory>
 #include <string_view>
 
 #include "merge/input_file.h"
+#include "window_size.h"
 
-/// Shows a report from its front on, in large pieces. The window grows only when its reader needs
-/// more at once than it holds, and so stays small whatever the size of the report.
+/// Shows a report from its front on, in large pieces; its size is the same for every report.
 class ReportWindow {
  public:
+  /// In bytes.
+  static constexpr std::size_t Size = WindowBytes(std::size_t{256} * 1024);
+
+  /// Behind Rest() stand so many bytes of 0, for readers that look ahead.
+  static constexpr std::size_t Padding = 32;
+
   explicit ReportWindow(std::filesystem::path const& path);
 
   /// Whether the report could not be opened or read to its end.
   [[nodiscard]] bool Failed() const { return m_input.Failed(); }
 
-  /// What is read and not yet consumed; valid until the next ReadMore.
+  /// What is read and not yet consumed; valid until the next ReadMore or ReturnTo.
   [[nodiscard]] std::string_view Rest() const { return {m_bytes.get() + m_begin, m_end - m_begin}; }
 
   /// Takes `count` bytes off the front of Rest().
   void Consume(std::size_t count) { m_begin += count; }
 
-  /// Reads on behind Rest(), until the window is full. False at the end of the report, or when
-  /// reading fails.
+  /// Reads on behind Rest(), until the window is full. False when it is full already, at the end of
+  /// the report, or when reading fails.
   [[nodiscard]] bool ReadMore();
 
   /// Consumes as long as the front byte is one of `bytes`; false when the report ends there.
   [[nodiscard]] bool SkipAny(std::string_view bytes);
 
+  /// Where Rest() begins, in bytes from the front of the report.
+  [[nodiscard]] std::uint64_t Position() const { return m_position - Rest().size(); }
+
+  /// Whether ReturnTo can work.
+  [[nodiscard]] bool CanReturn() const { return m_input.IsSeekable(); }
+
+  /// Makes Rest() begin at an earlier position again.
+  void ReturnTo(std::uint64_t position);
+
+  /// What was consumed from `position` on; empty when the window does not hold all of it any more.
+  [[nodiscard]] std::string_view ConsumedFrom(std::uint64_t position) const;
+
  private:
-  struct FreeMemory {
-    void operator()(char* bytes) const { std::free(bytes); }
-  };
-
-  void Resize(std::size_t capacity);
-
   InputFile m_input;
-  std::size_t m_capacity = 0;
-  std::unique_ptr<char, FreeMemory> m_bytes;  ///< From malloc, so that it can grow in place.
+  std::unique_ptr<char[]> m_bytes;
   std::size_t m_begin = 0;
   std::size_t m_end = 0;
+  std::uint64_t m_position = 0;  ///< Of m_end, in the report.
+  bool m_isAtEnd = false;        ///< The report has no more to read.
 };

@@ -66,8 +66,7 @@ class PlainStructuredReader {
     if (!m_window.SkipAny(Blanks)) {
       return false;
     }
-    if (const std::size_t length = ReadPlainRecord(m_window, record); length > 0) {
-      m_window.Consume(length);
+    if (ReadPlainRecord(m_window, record)) {
       return true;
     }
     // An object that the library accepts by itself is what it would find here in the whole report.
