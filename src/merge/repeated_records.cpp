@@ -17,15 +17,26 @@ std::string_view LeadingPath(std::string_view record) {
 }  // namespace
 
 void RepeatedRecords::Remember(std::string_view record) {
-  if (const std::string_view path = LeadingPath(record); !path.empty()) {
-    m_records.insert_or_assign(std::string(path), std::string(record));
+  const std::string_view path = LeadingPath(record);
+  if (path.empty()) {
+    return;
   }
+  const auto [known, isNew] = m_records.try_emplace(std::string(path));
+  if (isNew) {
+    known->second.place = m_inOrder.size();
+    m_inOrder.push_back(&known->second);
+  }
+  known->second.text = record;
+  m_expected = known->second.place + 1;
 }
 
-std::size_t RepeatedRecords::LengthAtFront(std::string_view text) const {
-  if (m_records.empty()) {
-    return 0;
+std::size_t RepeatedRecords::LengthAtFront(std::string_view text) {
+  if (m_expected >= m_inOrder.size() || !text.starts_with(m_inOrder[m_expected]->text)) {
+    const auto known = m_records.find(LeadingPath(text));
+    if (known == m_records.end() || !text.starts_with(known->second.text)) {
+      return 0;
+    }
+    m_expected = known->second.place;
   }
-  const auto known = m_records.find(LeadingPath(text));
-  return known != m_records.end() && text.starts_with(known->second) ? known->second.size() : 0;
+  return m_inOrder[m_expected++]->text.size();
 }

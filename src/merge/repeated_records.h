@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <vector>
 
 /// Remembers texts of records, for each source path the latest. A raw report holds the record of a
 /// header once for each source that includes it, mostly in the same bytes: comparing them is many
@@ -17,12 +18,19 @@ class RepeatedRecords {
   void Remember(std::string_view record);
 
   /// The length of the remembered record that `text` begins with; 0 when there is none.
-  [[nodiscard]] std::size_t LengthAtFront(std::string_view text) const;
+  [[nodiscard]] std::size_t LengthAtFront(std::string_view text);
 
  private:
+  struct Record {
+    std::size_t place = 0;  ///< In m_inOrder.
+    std::string text;
+  };
   struct Hash : std::hash<std::string_view> {
     using is_transparent = void;
   };
 
-  std::unordered_map<std::string, std::string, Hash, std::equal_to<>> m_records;
+  std::unordered_map<std::string, Record, Hash, std::equal_to<>> m_records;
+  /// As first remembered. Repeats mostly keep to one order, and the next need not be searched for.
+  std::vector<Record const*> m_inOrder;
+  std::size_t m_expected = 0;
 };
