@@ -13,19 +13,27 @@ std::string ToJsonString(std::string_view text) {
 }
 
 void PrettyJsonWriter::Bool(bool value) {
-  BeginElement();
-  Append(value ? "true" : "false");
+  const std::string_view text = value ? "true" : "false";
+  End(Put(BeginElement(text.size()), text));
 }
 
 void PrettyJsonWriter::Text(std::string_view value) {
-  BeginElement();
-  if (IsPlainText(value)) {
-    Append("\"");
-    Append(value);
-    Append("\"");
-  } else {
-    Append(ToJsonString(value));
+  if (value.size() > WindowSize / 2 || !IsPlainText(value)) {
+    UnusualText(value);
+    return;
   }
+  char* at = BeginElement(value.size() + 2);
+  *at++ = '"';
+  at = Put(at, value);
+  *at++ = '"';
+  End(at);
+}
+
+void PrettyJsonWriter::UnusualText(std::string_view value) {
+  const std::string text = ToJsonString(value);
+  End(BeginElement(0));
+  Flush();
+  m_output.write(text.data(), static_cast<std::streamsize>(text.size()));
 }
 
 void PrettyJsonWriter::Flush() {
@@ -33,28 +41,21 @@ void PrettyJsonWriter::Flush() {
   m_size = 0;
 }
 
-void PrettyJsonWriter::Open(std::string_view bracket) {
-  BeginElement();
-  Append(bracket);
+void PrettyJsonWriter::Open(char bracket) {
+  char* at = BeginElement(1);
+  *at++ = bracket;
+  End(at);
   ++m_depth;
   m_isFirst = true;
 }
 
-void PrettyJsonWriter::Close(std::string_view bracket) {
+void PrettyJsonWriter::Close(char bracket) {
   --m_depth;
+  char* at = Room(LineStart.size() + 1);
   if (!m_isFirst) {
-    BeginLine();
+    at = BeginLine(at);
   }
-  Append(bracket);
+  *at++ = bracket;
+  End(at);
   m_isFirst = false;
-}
-
-void PrettyJsonWriter::AppendBeyondWindow(std::string_view text) {
-  Flush();
-  while (text.size() > WindowSize) {
-    Append(text.substr(0, WindowSize));
-    Flush();
-    text.remove_prefix(WindowSize);
-  }
-  Append(text);
 }

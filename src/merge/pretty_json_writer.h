@@ -1,7 +1,6 @@
 // Writing JSON piece by piece.
 #pragma once
 
-#include <array>
 #include <charconv>
 #include <cstddef>
 #include <cstdint>
@@ -26,18 +25,19 @@ class PrettyJsonWriter {
   explicit PrettyJsonWriter(std::ostream& output)
       : m_output(output), m_window(std::make_unique_for_overwrite<char[]>(WindowSize)) {}
 
-  void BeginObject() { Open("{"); }
-  void EndObject() { Close("}"); }
-  void BeginArray() { Open("["); }
-  void EndArray() { Close("]"); }
+  void BeginObject() { Open('{'); }
+  void EndObject() { Close('}'); }
+  void BeginArray() { Open('['); }
+  void EndArray() { Close(']'); }
 
-  /// The key of the value that is written next. Plain ASCII, nothing in it to escape. Inlined, as
-  /// is what it calls: the lengths of keys are then known to the compiler, which halves the time.
+  /// The key of the value that is written next. Plain ASCII, short, nothing in it to escape.
+  /// Inlined, as is what it calls: the lengths of keys are then known to the compiler, which halves
+  /// the time.
   void Key(std::string_view key) {
-    BeginElement();
-    Append("\"");
-    Append(key);
-    Append("\": ");
+    char* at = BeginElement(key.size() + 4);
+    *at++ = '"';
+    at = Put(at, key);
+    End(Put(at, "\": "));
     m_afterKey = true;
   }
 
@@ -70,45 +70,53 @@ class PrettyJsonWriter {
  private:
   static constexpr std::size_t WindowSize = WindowBytes(std::size_t{64} * 1024);
 
+  /// Deep enough for every document of this program. Copied whole and then cut to size.
+  static constexpr std::string_view LineStart = "\n                                ";
+
   template <typename Type>
   void Integer(Type value) {
-    std::array<char, 24> digits;
-    const char* const end = std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr;
-    BeginElement();
-    Append({digits.data(), static_cast<std::size_t>(end - digits.data())});
+    constexpr std::size_t mostDigits = 20;
+    char* const at = BeginElement(mostDigits);
+    End(std::to_chars(at, at + mostDigits, value).ptr);
   }
 
-  void Open(std::string_view bracket);
-  void Close(std::string_view bracket);
-  void BeginElement() {
+  void Open(char bracket);
+  void Close(char bracket);
+  void UnusualText(std::string_view value);
+
+  /// Writes what stands before an element, and returns where its `size` bytes go, for which there
+  /// is room then. End() says where they ended.
+  char* BeginElement(std::size_t size) {
+    char* at = Room(1 + LineStart.size() + size);
     if (m_afterKey) {
       m_afterKey = false;
     } else if (m_depth > 0) {
-      if (!m_isFirst) {
-        Append(",");
-      }
-      BeginLine();
+      *at = ',';
+      at = BeginLine(at + (m_isFirst ? 0 : 1));
     }
     m_isFirst = false;
+    return at;
   }
 
-  void BeginLine() {
-    // Deep enough for every document of this program. Copied whole and then cut to size.
-    constexpr std::string_view lineStart = "\n                                ";
-    Append(lineStart);
-    m_size -= lineStart.size() - (1 + 2 * m_depth);
+  char* BeginLine(char* at) const {
+    Put(at, LineStart);
+    return at + 1 + 2 * m_depth;
   }
 
-  void Append(std::string_view text) {
-    if (text.size() <= WindowSize - m_size) {
-      std::memcpy(m_window.get() + m_size, text.data(), text.size());
-      m_size += text.size();
-    } else {
-      AppendBeyondWindow(text);
+  static char* Put(char* at, std::string_view text) {
+    std::memcpy(at, text.data(), text.size());
+    return at + text.size();
+  }
+
+  /// Where the next `size` bytes go, which are no more than the window has.
+  char* Room(std::size_t size) {
+    if (size > WindowSize - m_size) {
+      Flush();
     }
+    return m_window.get() + m_size;
   }
 
-  void AppendBeyondWindow(std::string_view text);
+  void End(char const* end) { m_size = static_cast<std::size_t>(end - m_window.get()); }
 
   std::ostream& m_output;
   std::unique_ptr<char[]> m_window;
