@@ -7,6 +7,7 @@
 #include <set>
 
 #include "merge/file.h"
+#include "merge/not_copied.h"
 #include "merge/source_paths.h"
 #include "merge/stored_records.h"
 
@@ -41,6 +42,6 @@ struct Files {
 
  private:
   // What raw reports taught, which is no part of the collection.
-  SourcePaths m_paths;
-  StoredRecords m_stored;
+  NotCopied<SourcePaths> m_paths;
+  NotCopied<StoredRecords> m_stored;
 };

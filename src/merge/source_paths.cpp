@@ -2,6 +2,7 @@
 
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <utility>
 
@@ -26,11 +27,22 @@ bool IsPlainName(std::string_view name) {
 
 SourcePaths::SourcePath const& SourcePaths::Relative(fs::path const& path, fs::path const& root) {
   SetRoot(root);
-  if (const auto known = m_files.find(path.native()); known != m_files.end()) {
-    return known->second;
+  if (IsExpected(path)) {
+    return m_inOrder[m_expected++]->second;
   }
-  fs::path relative = Find(path);
-  return m_files.emplace(path.native(), SourcePath{m_count++, std::move(relative)}).first->second;
+  auto known = m_files.find(path.native());
+  if (known == m_files.end()) {
+    fs::path relative = Find(path);
+    known = m_files.emplace(path.native(), SourcePath{m_inOrder.size(), std::move(relative)}).first;
+    m_inOrder.push_back(&*known);
+  }
+  m_expected = known->second.number + 1;
+  return known->second;
+}
+
+bool SourcePaths::IsExpected(fs::path const& path) const {
+  return m_expected < m_inOrder.size() && m_inOrder[m_expected] != nullptr &&
+         m_inOrder[m_expected]->first == path.native();
 }
 
 void SourcePaths::SetRoot(fs::path const& root) {
@@ -39,6 +51,7 @@ void SourcePaths::SetRoot(fs::path const& root) {
     m_canonicalRoot.reset();
     m_folders.clear();
     m_files.clear();
+    std::ranges::fill(m_inOrder, nullptr);
   }
 }
 
@@ -64,14 +77,15 @@ fs::path SourcePaths::FindPlainly(fs::path const& path) {
 
 std::optional<std::string> const& SourcePaths::FindFolder(std::string_view folder) {
   const auto [known, isNew] = m_folders.try_emplace(std::string(folder));
+  std::optional<std::string>& found = known->second;  // Stays in place while parents are added.
   if (isNew) {
-    const std::string relative = FindPlainly(folder).native();
+    const std::string relative = Find(folder).native();
     if (relative == ".") {
-      known->second = "";
+      found = "";
     } else if (!relative.starts_with("..")) {
       // From a folder above the root, a name may lead down to the root again.
-      known->second = relative.ends_with('/') ? relative : relative + '/';
+      found = relative.ends_with('/') ? relative : relative + '/';
     }
   }
-  return known->second;
+  return found;
 }

@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <vector>
 
 /// Gives WeaklyCanonical(path).lexically_relative(WeaklyCanonical(root)), with the same exceptions,
 /// but remembers what it found: the standard functions ask the file system about every folder of
@@ -14,7 +15,7 @@
 class SourcePaths {
  public:
   struct SourcePath {
-    std::size_t number;  ///< Another for each path as written; never given twice.
+    std::size_t number;  ///< Another for each path as written, from 0; never given twice.
     std::filesystem::path relative;
   };
 
@@ -22,6 +23,9 @@ class SourcePaths {
                                            std::filesystem::path const& root);
 
  private:
+  using Files = std::unordered_map<std::string, SourcePath>;
+
+  [[nodiscard]] bool IsExpected(std::filesystem::path const& path) const;
   void SetRoot(std::filesystem::path const& root);
   [[nodiscard]] std::filesystem::path Find(std::filesystem::path const& path);
   [[nodiscard]] std::filesystem::path FindPlainly(std::filesystem::path const& path);
@@ -32,6 +36,9 @@ class SourcePaths {
   /// For each folder as reports write it, what to put before the name of a file in it; nothing for
   /// folders whose files each need the plain way.
   std::unordered_map<std::string, std::optional<std::string>> m_folders;
-  std::unordered_map<std::string, SourcePath> m_files;
-  std::size_t m_count = 0;  ///< Of the numbers given.
+  Files m_files;
+  /// By number; null when forgotten. Reports mostly keep to one order, and the next path then need
+  /// not be searched for.
+  std::vector<Files::const_pointer> m_inOrder;
+  std::size_t m_expected = 0;
 };

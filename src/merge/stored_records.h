@@ -12,8 +12,7 @@
 /// Remembers, by the number of a path (see SourcePaths), its record in a collection, so that each
 /// path is looked up there once a run and not once a report.
 ///
-/// Belongs to one collection, and must be told to forget when records are taken out of that. A copy
-/// knows nothing, because the copied collection has its records elsewhere.
+/// Belongs to one collection, and must be told to forget when records are taken out of that.
 class StoredRecords {
  public:
   using Place = std::set<File, std::less<File>>::const_iterator;
@@ -22,16 +21,6 @@ class StoredRecords {
     Place place;
     std::uint32_t report = 0;  ///< The last report that had the path; 0 means unknown.
   };
-
-  StoredRecords() = default;
-  StoredRecords(StoredRecords const& /*other*/) {}
-  StoredRecords(StoredRecords&&) = default;
-  StoredRecords& operator=(StoredRecords const& /*other*/) {
-    Forget();
-    return *this;
-  }
-  StoredRecords& operator=(StoredRecords&&) = default;
-  ~StoredRecords() = default;
 
   /// Begins the next report; returns its number, from 1.
   std::uint32_t BeginReport() { return ++m_report; }
