@@ -7,7 +7,7 @@
 
 InputFile::InputFile(std::filesystem::path const& path) noexcept
     : m_descriptor(::open(path.c_str(), O_RDONLY | O_CLOEXEC)),
-      m_isSeekable(::lseek(m_descriptor, 0, SEEK_CUR) == 0),
+      m_isSeekable(m_descriptor >= 0 && ::lseek(m_descriptor, 0, SEEK_CUR) == 0),
       m_failed(m_descriptor < 0) {}
 
 InputFile::~InputFile() {

@@ -1,11 +1,14 @@
 #include "merge/pretty_json_writer.h"
 
-#include <algorithm>
 #include <nlohmann/json.hpp>
 
 bool IsPlainText(std::string_view text) {
-  return std::ranges::all_of(
-      text, [](char byte) { return byte >= ' ' && byte <= '~' && byte != '"' && byte != '\\'; });
+  // To its end in any case: without a way out in between, many bytes are looked at at once.
+  bool isPlain = true;
+  for (const char byte : text) {
+    isPlain &= (byte >= ' ') & (byte <= '~') & (byte != '"') & (byte != '\\');
+  }
+  return isPlain;
 }
 
 std::string ToJsonString(std::string_view text) {
@@ -39,23 +42,4 @@ void PrettyJsonWriter::UnusualText(std::string_view value) {
 void PrettyJsonWriter::Flush() {
   m_output.write(m_window.get(), static_cast<std::streamsize>(m_size));
   m_size = 0;
-}
-
-void PrettyJsonWriter::Open(char bracket) {
-  char* at = BeginElement(1);
-  *at++ = bracket;
-  End(at);
-  ++m_depth;
-  m_isFirst = true;
-}
-
-void PrettyJsonWriter::Close(char bracket) {
-  --m_depth;
-  char* at = Room(LineStart.size() + 1);
-  if (!m_isFirst) {
-    at = BeginLine(at);
-  }
-  *at++ = bracket;
-  End(at);
-  m_isFirst = false;
 }

@@ -80,8 +80,25 @@ class PrettyJsonWriter {
     End(std::to_chars(at, at + mostDigits, value).ptr);
   }
 
-  void Open(char bracket);
-  void Close(char bracket);
+  void Open(char bracket) {
+    char* at = BeginElement(1);
+    *at++ = bracket;
+    End(at);
+    ++m_depth;
+    m_isFirst = true;
+  }
+
+  void Close(char bracket) {
+    --m_depth;
+    char* at = Room(LineStart.size() + 1);
+    if (!m_isFirst) {
+      at = BeginLine(at);
+    }
+    *at++ = bracket;
+    End(at);
+    m_isFirst = false;
+  }
+
   void UnusualText(std::string_view value);
 
   /// Writes what stands before an element, and returns where its `size` bytes go, for which there
