@@ -48,35 +48,12 @@ json RandomRecord(std::minstd_rand& random) {
 
 /// Copies a piece of the text to another place in it, or puts something else there.
 void Mutate(std::string& text, std::minstd_rand& random) {
-  static constexpr std::string_view pieces[] = {"0",
-                                                "-1",
-                                                "1.5",
-                                                "1e2",
-                                                "18446744073709551615",
-                                                "9999999999999999999",
-                                                "true",
-                                                "null",
-                                                "\"\"",
-                                                "{}",
-                                                "[]",
-                                                ",",
-                                                "\\u0041",
-                                                "\xc3\xa4",
-                                                " ",
-                                                "\n",
-                                                "{",
-                                                "}",
-                                                "\xff",
-                                                "\x7f",
-                                                "00",
-                                                "\"code\":",
-                                                "\t",
-                                                "x"};
-  const std::size_t at = random() % text.size();
-  const std::size_t length = random() % 4;
-  const std::string piece = random() % 3 == 0 ? text.substr(random() % text.size(), random() % 30)
-                                              : std::string(pieces[random() % std::size(pieces)]);
-  text.replace(at, length, piece);
+  static constexpr std::string_view others =
+      "0-1.5e2.18446744073709551615,true null\"\"{}[]\\u0041\xc3\xa4 \n{}\xff\"code\":\t000x\x7f";
+  const bool copies = random() % 3 == 0;
+  const std::string_view from = copies ? std::string_view(text) : others;
+  const std::string piece(from.substr(random() % from.size(), random() % (copies ? 30 : 4)));
+  text.replace(random() % text.size(), random() % 4, piece);
 }
 
 /// The length of the plain record at the front of `text`; 0 when none stands there.
@@ -106,7 +83,7 @@ TEST(PlainRecord, ReadsWhatTheLibraryReadsOrLeavesItToIt) {
     ASSERT_TRUE(expected) << text;
     ASSERT_TRUE(Same(reused, *expected)) << text;
   }
-  EXPECT_GT(plain, 3'000);
+  EXPECT_GT(plain, 3'500);
 }
 
 TEST(PlainRecord, EndsWithItsLastBrace) {
