@@ -7,15 +7,23 @@
 
 namespace {
 
-/// So few that their count fits into a byte, which lets the compiler count many of them at once.
+/// So few that their count fits into a byte, which lets the compiler look at many of them at once.
 constexpr std::size_t BlockSize = std::min<std::size_t>(64, EditWindow::Size / 8);
 
-std::uint8_t CountLineFeeds(char const* block) {
-  std::uint8_t count = 0;
+/// The number of line ends in the block, if they can be told by their LF: each CR has a LF behind
+/// it, which may stand behind the block, and the block ends inside a line. (Where no CR stands
+/// alone, every line end has one LF, however CR LF CR LF is divided.)
+std::optional<std::uint64_t> CountLineEnds(char const* block) {
+  unsigned char feeds = 0;
+  unsigned char loneReturns = 0;
   for (std::size_t i = 0; i < BlockSize; ++i) {
-    count = static_cast<std::uint8_t>(count + static_cast<std::uint8_t>(block[i] == '\n'));
+    const bool isLoneReturn = (block[i] == '\r') & (block[i + 1] != '\n');
+    feeds = static_cast<unsigned char>(feeds + (block[i] == '\n' ? 1 : 0));
+    loneReturns = static_cast<unsigned char>(loneReturns | (isLoneReturn ? 1 : 0));
   }
-  return count;
+  const char last = block[BlockSize - 1];
+  const bool isTold = loneReturns == 0 && last != '\n' && last != '\r';
+  return isTold ? std::optional<std::uint64_t>(feeds) : std::nullopt;
 }
 
 }  // namespace
@@ -75,26 +83,27 @@ void EditWindow::Keep(std::size_t count) {
 }
 
 std::uint64_t EditWindow::KeepManyLines(std::uint64_t limit) {
-  // A LF is not known to stand alone where a CR, or the next window, begins behind it.
-  const std::size_t end = std::max<std::size_t>(NextCr(), 1) - 1;
   std::uint64_t lines = 0;
   std::size_t at = m_position;
-  for (; at + BlockSize <= end; at += BlockSize) {
-    const std::uint64_t counted = lines + CountLineFeeds(m_buffer.get() + at);
-    if (counted >= limit) {
+  for (; at + BlockSize < m_size; at += BlockSize) {
+    const std::optional<std::uint64_t> counted = CountLineEnds(m_buffer.get() + at);
+    if (!counted || lines + *counted >= limit) {
       break;
     }
-    lines = counted;
+    lines += *counted;
   }
   Keep(at - m_position);
   return lines;
 }
 
 std::size_t EditWindow::LengthToLineEnd() {
+  if (m_nextCr < m_position) {
+    m_nextCr = Find('\r');
+  }
   if (m_nextLf < m_position) {
     m_nextLf = Find('\n');
   }
-  return std::min(NextCr(), m_nextLf) - m_position;
+  return std::min(m_nextCr, m_nextLf) - m_position;
 }
 
 std::optional<std::string_view> EditWindow::WholeResult() const {
@@ -110,13 +119,6 @@ void EditWindow::ReadNext() {
 void EditWindow::LookForLineEnds() {
   m_nextCr = Find('\r');
   m_nextLf = Find('\n');
-}
-
-std::size_t EditWindow::NextCr() {
-  if (m_nextCr < m_position) {
-    m_nextCr = Find('\r');
-  }
-  return m_nextCr;
 }
 
 std::size_t EditWindow::Find(char byte) const {

@@ -49,9 +49,9 @@ class EditWindow {
   /// Drops the first `count` bytes of Rest().
   void Drop(std::size_t count) { m_position += count; }
 
-  /// Keeps a part of the front that holds fewer than `limit` line ends, each a lone LF; it may end
-  /// in the middle of a line, and be empty. Returns how many line ends it holds. Lines are many,
-  /// and counted so several times as fast as one by one.
+  /// Keeps a part of the front that holds fewer than `limit` line ends and ends inside a line, or
+  /// is empty. Returns how many line ends it holds. Lines are many, and counted so several times as
+  /// fast as one by one.
   [[nodiscard]] std::uint64_t KeepManyLines(std::uint64_t limit);
 
   /// How many bytes of Rest() come before the next CR or LF; all of them when none follows.
@@ -64,7 +64,6 @@ class EditWindow {
   void WriteKept();
   void ReadNext();
   void LookForLineEnds();
-  [[nodiscard]] std::size_t NextCr();
   [[nodiscard]] std::size_t Find(char byte) const;
   [[nodiscard]] bool FitsWhole() const { return m_source.Size() <= Size; }
 
