@@ -62,11 +62,10 @@ class RawMerge {
       Intersect(*place, record);
       return place;
     }
-    // It may have room for the longest record before it; growing by itself at most doubles it.
-    if (record.lines.capacity() > 2 * record.lines.size()) {
-      record.lines.shrink_to_fit();
-    }
-    const auto stored = m_files.insert(place, std::move(record));
+    // A copy lies together in memory, and leaves the record its own for the next one to be read.
+    constexpr std::size_t manyLines = 1000;
+    const auto stored = record.lines.size() < manyLines ? m_files.insert(place, record)
+                                                        : m_files.insert(place, std::move(record));
     if (stored == m_files.end()) {  // Cannot happen in a set; a guard against another container.
       throw std::runtime_error(std::format("Merge error for file '{}'.", Display(path)));
     }
