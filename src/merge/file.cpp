@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <format>
 #include <functional>
 #include <unordered_set>
 
@@ -71,5 +70,5 @@ std::string File::PathToString(std::filesystem::path sourceTreeRoot) const {
   }
   const std::string text = path.string();
   const bool hasSeparator = text.starts_with('/') || text.starts_with('\\');
-  return std::format("{}{}{}", SourceTreePlaceholder, hasSeparator ? "" : "/", text);
+  return std::string(SourceTreePlaceholder).append(hasSeparator ? "" : "/").append(text);
 }
