@@ -192,7 +192,7 @@ def start(bench):
     report = bench.scratch / "tiny.json"
     report.write_text('{"files": [], "version": 1}')
     arguments = ["merge", "-r", bench.scratch, "-o", bench.scratch / "out", report]
-    rounds, bench.rounds = bench.rounds, 20 * bench.rounds  # A thousandth of a second each.
+    rounds, bench.rounds = bench.rounds, 11 * bench.rounds  # A thousandth of a second each.
     bench.compare("start: a merge of nothing", [PROGRAM, *arguments],
                   {"linked to shared libraries": [SHARED_PROGRAM, *arguments], "true": ["true"]})
     bench.rounds = rounds
@@ -219,7 +219,7 @@ def main():
     parser.add_argument("--quick", action="store_true", help="a tenth of the work, once")
     parser.add_argument("--picture", help="write the ratios as SVG")
     options = parser.parse_args()
-    scale, rounds = (10, 1) if options.quick else (1, 5)
+    scale, rounds = (10, 1) if options.quick else (1, 9)
     memory_file_system = "/dev/shm"
     print(f"{datetime.date.today()}, {os.cpu_count()} cores, median of {rounds} (jq: one run)\n")
     print("| work | time | peak memory | times as long take |")
