@@ -29,6 +29,13 @@ void KeepCommon(FileSet& files, FileSet const& others) {
   });
 }
 
+/// A copy lies together in memory, has no room to spare, and leaves the record its own for the next
+/// one to be read. Only many lines are better moved, unless a longer record left them much room.
+bool IsRatherMoved(std::vector<Line> const& lines) {
+  constexpr std::size_t manyLines = 1000;
+  return lines.size() >= manyLines && lines.capacity() <= 2 * lines.size();
+}
+
 /// Merges one raw report: adds its records, or intersects them with those that have their path.
 class RawMerge {
  public:
@@ -62,10 +69,8 @@ class RawMerge {
       Intersect(*place, record);
       return place;
     }
-    // A copy lies together in memory, and leaves the record its own for the next one to be read.
-    constexpr std::size_t manyLines = 1000;
-    const auto stored = record.lines.size() < manyLines ? m_files.insert(place, record)
-                                                        : m_files.insert(place, std::move(record));
+    const auto stored = IsRatherMoved(record.lines) ? m_files.insert(place, std::move(record))
+                                                    : m_files.insert(place, record);
     if (stored == m_files.end()) {  // Cannot happen in a set; a guard against another container.
       throw std::runtime_error(std::format("Merge error for file '{}'.", Display(path)));
     }

@@ -41,19 +41,17 @@ class PrettyJsonWriter {
     m_afterKey = true;
   }
 
-  void Number(std::uint64_t value) { Integer(value); }
-  void SignedNumber(std::int64_t value) { Integer(value); }
   void Bool(bool value);
   void Text(std::string_view value);
 
   // A key and its value in one.
   void Number(std::string_view key, std::uint64_t value) {
     Key(key);
-    Number(value);
+    Integer(value);
   }
   void SignedNumber(std::string_view key, std::int64_t value) {
     Key(key);
-    SignedNumber(value);
+    Integer(value);
   }
   void Bool(std::string_view key, bool value) {
     Key(key);

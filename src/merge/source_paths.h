@@ -19,11 +19,18 @@ class SourcePaths {
     std::filesystem::path relative;
   };
 
+  SourcePaths() = default;
+  SourcePaths(SourcePaths&&) = default;  // No copies: m_inOrder points into m_files.
+  SourcePaths& operator=(SourcePaths&&) = default;
+  SourcePaths(SourcePaths const&) = delete;
+  SourcePaths& operator=(SourcePaths const&) = delete;
+  ~SourcePaths() = default;
+
   [[nodiscard]] SourcePath const& Relative(std::filesystem::path const& path,
                                            std::filesystem::path const& root);
 
  private:
-  using Files = std::unordered_map<std::string, SourcePath>;
+  using PathMap = std::unordered_map<std::string, SourcePath>;
 
   [[nodiscard]] bool IsExpected(std::filesystem::path const& path) const;
   void SetRoot(std::filesystem::path const& root);
@@ -36,9 +43,9 @@ class SourcePaths {
   /// For each folder as reports write it, what to put before the name of a file in it; nothing for
   /// folders whose files each need the plain way.
   std::unordered_map<std::string, std::optional<std::string>> m_folders;
-  Files m_files;
+  PathMap m_files;
   /// By number; null when forgotten. Reports mostly keep to one order, and the next path then need
   /// not be searched for.
-  std::vector<Files::const_pointer> m_inOrder;
+  std::vector<PathMap::const_pointer> m_inOrder;
   std::size_t m_expected = 0;
 };
