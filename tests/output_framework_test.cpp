@@ -8,6 +8,7 @@
 
 #include "converter/json_output.h"
 #include "scratch_directory.h"
+#include "write_signals.h"
 
 namespace {
 
@@ -95,6 +96,7 @@ Warning Sample() {
 }
 
 TEST(JsonOutput, AFullDiskOrAClosedPipeEndsInAFailedStream) {
+  LetWritesFailWithoutSignals();
   const ScratchDirectory scratch;
   const std::string pipe = scratch.Path() / "pipe";
   ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);

@@ -9,18 +9,22 @@
 #include "merge/file.h"
 
 /// `text` without the listed markers: one byte after the other, as the states define it.
-inline std::string ReferenceFilter(std::string_view text, std::vector<Line> lines) {
-  std::erase_if(lines, [](Line const& line) { return line.markers.empty(); });
-  if (lines.empty()) {
-    return std::string(text);
-  }
+inline std::string ReferenceFilter(std::string_view text, std::vector<Line> const& lines) {
   enum { NotInterested, Interested, Pass, WriteAll };
   std::string out;
   std::uint64_t column = 0;
   std::uint64_t number = 1;
   std::size_t line = 0;
   std::size_t marker = 0;
-  auto state = number == lines[0].line ? Interested : NotInterested;
+  const auto stateAtBegin = [&] {
+    while (line < lines.size() && number == lines[line].line && lines[line].markers.empty()) {
+      ++line;
+    }
+    return line == lines.size()         ? WriteAll
+           : number == lines[line].line ? Interested
+                                        : NotInterested;
+  };
+  auto state = stateAtBegin();
   for (std::size_t i = 0; i < text.size(); ++i, ++column) {
     const char byte = text[i];
     if (state == WriteAll) {
@@ -32,7 +36,8 @@ inline std::string ReferenceFilter(std::string_view text, std::vector<Line> line
           out += text[++i];
         }
         column = std::uint64_t(-1);
-        state = ++number == lines[line].line ? Interested : NotInterested;
+        ++number;
+        state = stateAtBegin();
       }
     } else if (state == Interested) {
       if (column == lines[line].markers[marker].offsets.begin) {

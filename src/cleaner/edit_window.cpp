@@ -43,7 +43,7 @@ std::optional<std::string> EditWindow::HashSource() {
   return m_failed ? std::nullopt : std::optional(sha1.getHash());
 }
 
-void EditWindow::BeginEditing(TemporaryFile& output) {
+void EditWindow::BeginEditing(EditOutput& output) {
   m_output = &output;
   if (!FitsWhole()) {
     m_failed = m_failed || !m_source.Rewind();
@@ -70,7 +70,7 @@ bool EditWindow::Refill() {
 }
 
 void EditWindow::WriteKept() {
-  m_output->Write({m_buffer.get() + m_written, m_kept - m_written});
+  m_output->Keep({m_buffer.get() + m_written, m_kept - m_written});
   m_written = m_kept;
 }
 

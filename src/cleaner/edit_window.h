@@ -8,8 +8,8 @@
 #include <string>
 #include <string_view>
 
+#include "cleaner/edit_output.h"
 #include "cleaner/source_file.h"
-#include "cleaner/temporary_file.h"
 #include "window_size.h"
 
 /// A window on a source, which is read through it twice: first to be hashed, then to be edited.
@@ -29,7 +29,7 @@ class EditWindow {
   [[nodiscard]] std::optional<std::string> HashSource();
 
   /// Goes back to the front, to write what is kept to `output`, which must outlive the window.
-  void BeginEditing(TemporaryFile& output);
+  void BeginEditing(EditOutput& output);
 
   /// The bytes not yet kept or dropped.
   [[nodiscard]] std::string_view Rest() const noexcept {
@@ -47,7 +47,11 @@ class EditWindow {
   void Keep(std::size_t count);
 
   /// Drops the first `count` bytes of Rest().
-  void Drop(std::size_t count) { m_position += count; }
+  void Drop(std::size_t count) {
+    const std::uint64_t begin = WindowBegin() + m_position;
+    m_output->Drop(begin, begin + count);
+    m_position += count;
+  }
 
   /// Keeps a part of the front that holds fewer than `limit` line ends and ends inside a line, or
   /// is empty. Returns how many line ends it holds. Lines are many, and counted so several times as
@@ -61,6 +65,8 @@ class EditWindow {
   [[nodiscard]] std::optional<std::string_view> WholeResult() const;
 
  private:
+  /// Where the window begins, in bytes from the front of the source.
+  [[nodiscard]] std::uint64_t WindowBegin() const { return m_source.Size() - m_unread - m_size; }
   void WriteKept();
   void ReadNext();
   void LookForLineEnds();
@@ -68,7 +74,7 @@ class EditWindow {
   [[nodiscard]] bool FitsWhole() const { return m_source.Size() <= Size; }
 
   SourceFile& m_source;
-  TemporaryFile* m_output = nullptr;
+  EditOutput* m_output = nullptr;
   std::unique_ptr<char[]> m_buffer;
   bool m_failed = false;
   std::uint64_t m_unread = 0;  ///< Bytes of the source behind the window.

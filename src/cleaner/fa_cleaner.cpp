@@ -2,13 +2,12 @@
 
 #include <cstdlib>
 #include <exception>
-#include <functional>
 #include <iostream>
 #include <syncstream>
 #include <thread>
 #include <utility>
 
-#include "broken_pipe_guard.h"
+#include "cleaner/file_turn.h"
 #include "cleaner/marks_filter.h"
 #include "cleaner/thread_pool.h"
 #include "merge/files.h"
@@ -43,16 +42,13 @@ void WriteResult(Files& files, Configuration const& config) {
   }
 }
 
-/// Rewrites one source file on a worker thread; nothing may escape it. The record's lines are taken
-/// over: each record is one task's, and the collection is not read again.
-void CleanFile(File const& file, fs::path const& root) {
+/// Rewrites one source file on a worker thread; nothing may escape it.
+void CleanFile(File file, FileTurns& turns, fs::path const& root) {
   try {
-    MarksFilter({file.version, file.path, file.hash, std::move(file.lines)}).SaveFilteredFile(root);
+    MarksFilter(std::move(file), &turns).SaveFilteredFile(root);
   } catch (std::exception const& error) {
-    const BrokenPipeGuard guard;  // Nobody reads the line: no reason to stop half way.
     std::osyncstream(std::cerr) << error.what() << std::endl;
   } catch (...) {
-    const BrokenPipeGuard guard;
     std::osyncstream(std::cerr) << "Unexpected error." << std::endl;
     // Abrupt on purpose: after an error of unknown kind no other file is to be touched.
     std::_Exit(EXIT_FAILURE);
@@ -64,11 +60,13 @@ unsigned int WorkerCount(unsigned int requested) {
   return requested != 0 && hardware != 0 && requested <= hardware ? requested : hardware;
 }
 
-void CleanSources(Files const& files, fs::path const& root, unsigned int threads) {
+/// Takes the records out of the collection: each becomes its task's own.
+void CleanSources(Files& files, fs::path const& root, unsigned int threads) {
+  FileTurns turns;
   thread_pool pool(WorkerCount(threads));
-  for (File const& file : files.files) {
-    // By reference: the collection outlives the pool.
-    pool.push_task([&root](File const& queued) { CleanFile(queued, root); }, std::cref(file));
+  const auto clean = [&turns, &root](File file) { CleanFile(std::move(file), turns, root); };
+  while (!files.files.empty()) {
+    pool.push_task(clean, std::move(files.files.extract(files.files.begin()).value()));
   }
   pool.wait_for_tasks();
 }

@@ -1,7 +1,8 @@
 #include "cleaner/marks_filter.h"
 
-#include <algorithm>
+#include <cerrno>
 #include <format>
+#include <new>
 #include <stdexcept>
 #include <utility>
 
@@ -23,132 +24,106 @@ std::runtime_error HashMismatch(fs::path const& source) {
   return std::runtime_error(std::format("Hash mismatch for file '{}'.", source.native()));
 }
 
+/// Notes what is dropped, and leaves alone what is kept.
+class DroppedRanges : public EditOutput {
+ public:
+  explicit DroppedRanges(std::vector<ByteRange>& ranges) : m_ranges(ranges) {}
+  virtual ~DroppedRanges() = default;
+  void Keep(std::span<char const> /*bytes*/) override {}
+  void Drop(std::uint64_t begin, std::uint64_t end) override {
+    if (!m_ranges.empty() && m_ranges.back().end == begin) {
+      m_ranges.back().end = end;
+    } else {
+      m_ranges.push_back({begin, end});
+    }
+  }
+
+ private:
+  std::vector<ByteRange>& m_ranges;
+};
+
 }  // namespace
 
-MarksFilter::MarksFilter(File file) : m_file(std::move(file)) {}
+MarksFilter::MarksFilter(File file, FileTurns* turns) : m_file(std::move(file)), m_turns(turns) {}
 
 void MarksFilter::SaveFilteredFile(fs::path const& root) {
   if (m_file.lines.empty()) {
     return;
   }
-  const fs::path source = root / m_file.path;
-  SourceFile input(NamesFile(source, root) ? source : fs::path());
+  try {
+    m_source = root / m_file.path;
+    SourceFile input = OpenSource(root);
+    const FileTurn turn(m_turns, input.Handle(), input.Identity());
+    EditWindow window(input);
+    CheckContent(window);
+    Rewrite(input, window);
+  } catch (std::bad_alloc const&) {
+    throw std::runtime_error(
+        std::format("Not enough memory for file '{}'.", (root / m_file.path).native()));
+  }
+}
+
+FilteredSource MarksFilter::Preview(fs::path const& root) {
+  m_source = root / m_file.path;
+  SourceFile input = OpenSource(root);
+  EditWindow window(input);
+  CheckContent(window);
+  FilteredSource filtered;
+  DroppedRanges output(filtered.dropped);
+  window.BeginEditing(output);
+  Filter(window);
+  filtered.before.resize(input.Size());
+  if (window.Failed() || !input.Rewind() || !input.Read(filtered.before) ||
+      input.StandingAt(m_source) != SourceFile::Standing::Unchanged) {
+    throw HashMismatch(m_source);
+  }
+  return filtered;
+}
+
+SourceFile MarksFilter::OpenSource(fs::path const& root) const {
+  SourceFile input(NamesFile(m_source, root) ? m_source : fs::path());
   if (!input.IsOpen()) {
     // Making the path canonical may have more to say on why.
     static_cast<void>(m_file.PathToString(root));
-    throw HashMismatch(source);
+    throw HashMismatch(m_source);
   }
-  EditWindow window(input);
+  return input;
+}
+
+void MarksFilter::CheckContent(EditWindow& window) const {
   if (window.HashSource() != m_file.hash) {
-    throw HashMismatch(source);
-  }
-  // A line without markers names nothing to remove, and no marker to look for.
-  std::erase_if(m_file.lines, [](Line const& line) { return line.markers.empty(); });
-  if (!m_file.lines.empty()) {
-    Rewrite(source, input, window);
+    throw HashMismatch(m_source);
   }
 }
 
-void MarksFilter::Rewrite(fs::path const& source, SourceFile const& input, EditWindow& window) {
-  TemporaryFile temporary(source.filename());
+void MarksFilter::Rewrite(SourceFile& input, EditWindow& window) {
+  TemporaryFile temporary(m_source, input, m_turns);
   window.BeginEditing(temporary);
   Filter(window);
-  // Our turn may have been long in coming, and another run may have cleaned the file meanwhile, or
-  // an editor saved it. Such a file must not become the backup in place of the original.
-  if (window.Failed() || !input.StandsUnchangedAt(source)) {
-    if (temporary.IsOpen()) {
-      fs::remove(temporary.Path());
-    }
-    throw HashMismatch(source);
+  // A copy that a full disk cuts short is put in place all the same, on purpose, beside the backup
+  // that holds the whole. But a file beyond the process's size limit can never be whole.
+  if (temporary.WriteError() == std::errc::file_too_large) {
+    temporary.Remove();
+    throw fs::filesystem_error("cannot write the temporary file", temporary.Path(),
+                               temporary.WriteError());
+  }
+  if (window.Failed() || !StandsUnchanged(input)) {
+    temporary.Remove();
+    throw HashMismatch(m_source);
   }
   // A rewritten file has the permissions of a new one, because it is a copy of one.
-  const fs::path backup = source.native() + std::string(TempName);
-  ReplaceSource(source, backup, temporary, window.WholeResult());
+  const fs::path backup = m_source.native() + std::string(TempName);
+  ReplaceSource(input, m_source, backup, temporary, window.WholeResult());
 }
 
-void MarksFilter::Filter(EditWindow& window) {
-  m_state =
-      AtListedLine() ? &MarksFilter::StateInterestedLine : &MarksFilter::StateNotInterestedLine;
-  while (window.Refill()) {
-    (this->*m_state)(window);
+/// The last look before the source is replaced. Our turn may have been long in coming, and another
+/// run may have cleaned the file meanwhile, or an editor saved it: that text must not become the
+/// backup in place of the original. Times alone also differ after a cleanup of another name of the
+/// same file; then its text decides.
+bool MarksFilter::StandsUnchanged(SourceFile& input) const {
+  const SourceFile::Standing standing = input.StandingAt(m_source);
+  if (standing == SourceFile::Standing::OtherTimesOnly) {
+    return input.Rewind() && EditWindow(input).HashSource() == m_file.hash;
   }
-}
-
-void MarksFilter::StateNotInterestedLine(EditWindow& window) {
-  // Unsigned: a listed line that is passed already is too far away ever to be reached.
-  m_lineNumber += window.KeepManyLines(m_file.lines[m_lineIndex].line - m_lineNumber);
-  window.Keep(window.LengthToLineEnd());
-  if (window.Rest().empty()) {
-    return;
-  }
-  KeepLineEnd(window);
-  m_column = 0;
-  ++m_lineNumber;
-  if (AtListedLine()) {
-    m_state = &MarksFilter::StateInterestedLine;
-  }
-}
-
-void MarksFilter::StateInterestedLine(EditWindow& window) {
-  // Positions count on over a line end: a marker beyond it is found, if at all, in what follows,
-  // and without such a line being counted. Recorded hashes rule that out for real reports.
-  const std::uint64_t begin = CurrentOffsets().begin;
-  const std::size_t available = window.Rest().size();
-  if (m_column > begin || begin - m_column >= available) {
-    window.Keep(available);
-    m_column += available;
-    return;
-  }
-  window.Keep(static_cast<std::size_t>(begin - m_column));
-  window.Drop(1);
-  m_column = begin + 1;
-  m_state = &MarksFilter::StatePassSymbols;
-}
-
-void MarksFilter::StatePassSymbols(EditWindow& window) {
-  // Drops the current byte at least, and, unsigned as positions are, everything up to the end of
-  // the file for an end of 0. The analyzer core writes no such marker.
-  const std::uint64_t last = CurrentOffsets().end - 1;
-  const std::size_t available = window.Rest().size();
-  const std::uint64_t beforeLast = last > m_column ? last - m_column : 0;
-  if (beforeLast >= available) {
-    window.Drop(available);
-    m_column += available;
-    return;
-  }
-  window.Drop(static_cast<std::size_t>(beforeLast) + 1);
-  m_column += beforeLast + 1;
-  NextMarker();
-}
-
-void MarksFilter::StateWriteAll(EditWindow& window) {
-  window.Keep(window.Rest().size());
-}
-
-/// Keeps the CR or LF at the front of the window, and with it its partner: CR LF and LF CR are one
-/// line end.
-void MarksFilter::KeepLineEnd(EditWindow& window) {
-  const char partner = window.Rest().front() == '\n' ? '\r' : '\n';
-  window.Keep(1);
-  if (window.Refill() && window.Rest().front() == partner) {
-    window.Keep(1);
-  }
-}
-
-void MarksFilter::NextMarker() {
-  if (++m_markerIndex < m_file.lines[m_lineIndex].markers.size()) {
-    m_state = &MarksFilter::StateInterestedLine;
-    return;
-  }
-  m_markerIndex = 0;
-  m_state = ++m_lineIndex < m_file.lines.size() ? &MarksFilter::StateNotInterestedLine
-                                                : &MarksFilter::StateWriteAll;
-}
-
-bool MarksFilter::AtListedLine() const {
-  return m_lineNumber == m_file.lines[m_lineIndex].line;
-}
-
-Range const& MarksFilter::CurrentOffsets() const {
-  return m_file.lines[m_lineIndex].markers[m_markerIndex].offsets;
+  return standing == SourceFile::Standing::Unchanged;
 }

@@ -7,6 +7,8 @@
 #include <string_view>
 
 #include "cleaner/edit_window.h"
+#include "cleaner/file_turn.h"
+#include "cleaner/filtered_source.h"
 #include "merge/file.h"
 
 /// Takes the listed markers out of one source file: checks that the file is still the one the
@@ -16,37 +18,50 @@
 /// What is removed is what the records say, at line positions [offsets begin, offsets end); the
 /// filter knows nothing of comments. It walks the lines, which must ascend, and the markers of a
 /// line once, forwards, with one of four states for what comes next (ARCHITECTURE.md has them as a
-/// table). Each use is for one file, on one thread.
+/// table). Each use is for one file, on one thread: one call of SaveFilteredFile or Preview.
 class MarksFilter {
  public:
   /// Appended to the source's name, with no separator, to name the backup.
   static constexpr std::string_view TempName = "temp_qln_facleaner";
 
-  /// Takes the record over; opens nothing.
-  explicit MarksFilter(File file);
+  /// Takes the record over; opens nothing. `turns` are those of all workers of this process, and
+  /// must outlive the filter; null when it works alone.
+  explicit MarksFilter(File file, FileTurns* turns = nullptr);
 
   /// Does the whole rewrite of `root` / path; with no lines listed, nothing. Throws
-  /// std::runtime_error when the content is not the recorded one or cannot be read, and
-  /// std::filesystem::filesystem_error when a step of the replacement fails. At every moment the
-  /// bytes of the source stand at its path or at its backup's.
+  /// std::runtime_error when the content is not the recorded one or cannot be read, or for want of
+  /// memory, and std::filesystem::filesystem_error when a step of the replacement fails. At every
+  /// moment the bytes of the source stand at its path or at its backup's.
   void SaveFilteredFile(std::filesystem::path const& root);
+
+  /// What SaveFilteredFile would do to the source, without doing it: nothing on disk is touched,
+  /// and the source, which must have lines listed, is held in memory whole. Throws what
+  /// SaveFilteredFile throws for a content that is not the recorded one.
+  [[nodiscard]] FilteredSource Preview(std::filesystem::path const& root);
 
  private:
   using State = void (MarksFilter::*)(EditWindow&);
 
-  void Rewrite(std::filesystem::path const& source, SourceFile const& input, EditWindow& window);
+  [[nodiscard]] SourceFile OpenSource(std::filesystem::path const& root) const;
+  void CheckContent(EditWindow& window) const;
+  void Rewrite(SourceFile& input, EditWindow& window);
+  [[nodiscard]] bool StandsUnchanged(SourceFile& input) const;
+
   void Filter(EditWindow& window);
   void StateInterestedLine(EditWindow& window);
   void StateNotInterestedLine(EditWindow& window);
   void StatePassSymbols(EditWindow& window);
   void StateWriteAll(EditWindow& window);
 
+  void BeginLine();
   void KeepLineEnd(EditWindow& window);
   void NextMarker();
   [[nodiscard]] bool AtListedLine() const;
   [[nodiscard]] Range const& CurrentOffsets() const;
 
   File m_file;
+  FileTurns* m_turns;
+  std::filesystem::path m_source;  ///< The root joined with the record's path.
   State m_state = nullptr;
   std::uint64_t m_column = 0;      ///< 0-based byte position within the line.
   std::uint64_t m_lineNumber = 1;  ///< 1-based.

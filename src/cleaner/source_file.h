@@ -3,23 +3,31 @@
 
 #include <sys/stat.h>
 
-#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <span>
+
+#include "cleaner/file_identity.h"
+#include "descriptor.h"
 
 /// An ordinary file open for reading; closed by the destructor. Nothing here throws. For use by one
 /// thread.
 class SourceFile {
  public:
+  /// What stands at a path, compared with the open file.
+  enum class Standing {
+    Unchanged,       ///< This very file, with its size and times as when it was opened.
+    OtherTimesOnly,  ///< This very file in its old size, touched since. Its text may be the same.
+    Changed,         ///< Another file, another size, or nothing.
+  };
+
   /// Links are followed. Nothing else than an ordinary file is opened for good: a directory cannot
   /// be read, a pipe or a device has no end to rely on, and none is waited for.
   explicit SourceFile(std::filesystem::path const& path) noexcept;
-  ~SourceFile();
-  SourceFile(SourceFile const&) = delete;
-  SourceFile& operator=(SourceFile const&) = delete;
 
-  [[nodiscard]] bool IsOpen() const noexcept { return m_descriptor >= 0; }
+  [[nodiscard]] bool IsOpen() const noexcept { return m_file.IsOpen(); }
+  [[nodiscard]] int Handle() const noexcept { return m_file.Get(); }
+  [[nodiscard]] FileIdentity Identity() const noexcept { return FileIdentity(m_status); }
 
   /// In bytes, when it was opened.
   [[nodiscard]] std::uint64_t Size() const noexcept {
@@ -32,10 +40,12 @@ class SourceFile {
   /// Goes back to the first byte.
   [[nodiscard]] bool Rewind() noexcept;
 
-  /// Whether this very file stands at `path` and has not been changed since it was opened.
-  [[nodiscard]] bool StandsUnchangedAt(std::filesystem::path const& path) const noexcept;
+  [[nodiscard]] Standing StandingAt(std::filesystem::path const& path) const noexcept;
+
+  /// Whether `path` itself is a name of this file, and not of a link to it.
+  [[nodiscard]] bool IsNamed(std::filesystem::path const& path) const noexcept;
 
  private:
-  int m_descriptor;
+  Descriptor m_file;
   struct stat m_status{};
 };

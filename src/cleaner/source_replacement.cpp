@@ -1,69 +1,104 @@
 #include "cleaner/source_replacement.h"
 
 #include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <new>
+#include <system_error>
+#include <vector>
+
+#include "cleaner/new_file.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 
-void Rename(fs::path const& from, fs::path const& to) {
-  if (::rename(from.c_str(), to.c_str()) != 0) {
-    fs::rename(from, to);
-  }
+/// Renames only where nothing stands at `to`; false, with the reason in errno, when it cannot.
+bool RenameToFree(fs::path const& from, fs::path const& to) {
+#ifdef RENAME_NOREPLACE
+  return ::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0;
+#else
+  errno = EINVAL;
+  return false;
+#endif
 }
 
-void Remove(fs::path const& path) {
-  if (::unlink(path.c_str()) != 0) {
-    fs::remove(path);
-  }
-}
-
-/// Makes a new file of `content`; false, with part of it perhaps there, when a step fails.
-bool WriteNew(fs::path const& path, mode_t mode, std::string_view content) {
-  const int descriptor = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
-  if (descriptor < 0) {
-    return false;
-  }
-  const ssize_t written = ::write(descriptor, content.data(), content.size());
-  // The mode as it is, which a default access list of the folder may have changed.
-  const bool isDone =
-      written == static_cast<ssize_t>(content.size()) && ::fchmod(descriptor, mode) == 0;
-  return ::close(descriptor) == 0 && isDone;
-}
-
-/// A file that has come to the path of one that could not be opened is another run's, or another
-/// worker's, and has the text of another source. For all else there the library has its words.
-void RefuseForeignFile(TemporaryFile const& from, fs::path const& to) {
-  if (from.IsOpen()) {
+void RenameToBackup(SourceFile const& source, fs::path const& path, fs::path const& backup) {
+  if (RenameToFree(path, backup)) {
     return;
   }
-  std::error_code ignored;
-  const fs::file_status status = fs::status(from.Path(), ignored);
-  if (!fs::status_known(status) || !fs::exists(status) || fs::is_regular_file(status)) {
-    throw fs::filesystem_error("in copy_file", to, from.Path(),
-                               std::make_error_code(std::errc::no_such_file_or_directory));
+  // Such a rename would do nothing, or put a link to itself in the place of the only text.
+  if (source.IsNamed(backup)) {
+    throw fs::filesystem_error("the backup's name is another name of the source", path, backup,
+                               std::make_error_code(std::errc::file_exists));
+  }
+  fs::rename(path, backup);  // Over an older backup, or else it fails in the library's words.
+}
+
+void CopyAll(TemporaryFile const& from, NewFile& to, std::optional<std::string_view> content) {
+  if (content && !from.WriteError()) {
+    to.Write(*content);
+    return;
+  }
+  std::vector<char> buffer(std::size_t{128} * 1024);
+  off_t position = 0;
+  while (const ssize_t count = from.ReadAt(position, buffer)) {
+    if (count < 0) {
+      throw std::system_error(errno, std::system_category());
+    }
+    to.Write({buffer.data(), static_cast<std::size_t>(count)});
+    position += count;
   }
 }
 
-void Copy(TemporaryFile const& from, fs::path const& to, std::optional<std::string_view> content) {
-  if (!content || !from.IsWhole() || !WriteNew(to, from.Mode(), *content)) {
-    RefuseForeignFile(from, to);
-    fs::copy_file(from.Path(), to, fs::copy_options::overwrite_existing);
+/// Puts the source back after a copy that failed; false when something has come to its path.
+bool PutBack(fs::path const& backup, fs::path const& path) {
+  if (RenameToFree(backup, path)) {
+    return true;
   }
+  // Some file systems know no rename that replaces nothing. There the path is looked at first.
+  std::error_code ignored;
+  if (errno == EEXIST || fs::exists(fs::symlink_status(path, ignored))) {
+    return false;
+  }
+  fs::rename(backup, path);
+  return true;
+}
+
+/// Throws the reason for which the copy failed, or that and where the original is.
+[[noreturn]] void FailToCopy(TemporaryFile const& rewritten, fs::path const& path,
+                             fs::path const& backup, std::error_code reason, bool isFree) {
+  if (isFree && PutBack(backup, path)) {
+    throw fs::filesystem_error("in copy_file", rewritten.Path(), path, reason);
+  }
+  throw fs::filesystem_error("the source is left as it is now; its original is the backup", path,
+                             backup, reason);
+}
+
+void Copy(TemporaryFile const& rewritten, fs::path const& path, fs::path const& backup,
+          std::optional<std::string_view> content) {
+  std::optional<NewFile> copy;
+  std::error_code reason;
+  try {
+    copy.emplace(path, rewritten.Mode());
+    CopyAll(rewritten, *copy, content);
+    copy->Finish();
+    return;
+  } catch (std::system_error const& error) {
+    reason = error.code();
+  } catch (std::bad_alloc const&) {
+    reason = std::make_error_code(std::errc::not_enough_memory);
+  }
+  const bool isFree = !copy || copy->Withdraw();
+  FailToCopy(rewritten, path, backup, reason, isFree);
 }
 
 }  // namespace
 
-void ReplaceSource(fs::path const& source, fs::path const& backup, TemporaryFile const& rewritten,
-                   std::optional<std::string_view> content) {
-  Rename(source, backup);
-  try {
-    Copy(rewritten, source, content);
-  } catch (fs::filesystem_error const&) {
-    fs::rename(backup, source);
-    throw;
-  }
-  Remove(rewritten.Path());
+void ReplaceSource(SourceFile const& source, fs::path const& path, fs::path const& backup,
+                   TemporaryFile& rewritten, std::optional<std::string_view> content) {
+  RenameToBackup(source, path, backup);
+  Copy(rewritten, path, backup, content);
+  rewritten.Remove();
 }

@@ -1,101 +1,136 @@
 #include "cleaner/temporary_file.h"
 
 #include <fcntl.h>
-#include <sys/file.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
-#include <system_error>
 
 #include "cleaner/fa_cleaner.h"
 
 namespace fs = std::filesystem;
 
-TemporaryFile::TemporaryFile(fs::path const& name) {
-  Open(name);
-  m_isWhole = m_descriptor >= 0 && MakeEmpty();
-  if (!m_isWhole) {
-    RefuseForeignText();
+namespace {
+
+/// Whether the file that `path` leads to lies in `directory` or below it.
+bool IsBelow(fs::path const& path, fs::path const& directory) {
+  const fs::path inside = fs::canonical(path);
+  const fs::path around = fs::canonical(directory);
+  return std::ranges::mismatch(around, inside).in1 == around.end();
+}
+
+}  // namespace
+
+TemporaryFile::TemporaryFile(fs::path const& sourcePath, SourceFile const& source,
+                             FileTurns* turns) {
+  // Whoever had the turn before us removes the file at its end. Then we hold the turn of a file
+  // that is gone, and begin again with the one that stands there now.
+  do {
+    m_turn.reset();
+    OpenOrCreate(sourcePath.filename());
+    if (::fstat(m_file.Get(), &m_status) != 0) {
+      Refuse(errno);
+    }
+    // Before the wait: it might be the source, whose turn we have, or a link to a source whose
+    // worker waits for us.
+    if (!S_ISREG(m_status.st_mode) || m_status.st_nlink > 1 ||
+        FileIdentity(m_status) == source.Identity()) {
+      RefuseForeignFile();
+    }
+    m_turn.emplace(turns, m_file.Get(), FileIdentity(m_status));
+  } while (!IsStillAtPath());
+  // A source within the directory of the temporary files means that someone's tree is there, and
+  // that the file found may be one of its files.
+  if (m_wasThere && IsBelow(sourcePath, m_path.parent_path())) {
+    RefuseForeignFile();
   }
+  m_mode = m_status.st_mode & 07777;
+  Empty();
 }
 
-TemporaryFile::~TemporaryFile() {
-  Close();
-}
-
-void TemporaryFile::Open(fs::path const& name) {
+void TemporaryFile::OpenOrCreate(fs::path const& name) {
   // The directory is nearly always there already.
   m_path = faCleaner::GetUncheckedTempDir() / name;
-  OpenAndLock();
-  if (m_descriptor < 0) {
+  int error = Create();
+  if (error == ENOENT) {
     const fs::path directory = faCleaner::GetTempDir();
     fs::create_directory(directory);
     m_path = directory / name;
-    OpenAndLock();
+    error = Create();
+  }
+  while (error == EEXIST) {
+    error = Open();
+    if (error == ENOENT) {  // What stood there is gone by now.
+      error = Create();
+    }
+  }
+  if (error != 0) {
+    Refuse(error);
   }
 }
 
-void TemporaryFile::OpenAndLock() {
-  // The owner before us removes the file while we wait for its lock; then we hold the lock of a
-  // file that is gone, and begin again with the one that stands there now.
-  do {
-    Close();
-    // Not blocking, so that a named pipe in the file's place fails instead of waiting.
-    m_descriptor = ::open(m_path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | O_NONBLOCK, 0666);
-    if (m_descriptor < 0) {
-      return;
-    }
-    while (::flock(m_descriptor, LOCK_EX) != 0 && errno == EINTR) {
-    }
-  } while (!IsStillAtPath());
+int TemporaryFile::Create() {
+  m_wasThere = false;
+  return TakeOver(::open(m_path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
 }
 
-bool TemporaryFile::IsStillAtPath() noexcept {
-  struct stat opened{};
-  if (::fstat(m_descriptor, &opened) != 0) {
-    return true;  // Nothing is known of it, and nothing written to it.
-  }
-  m_isRegular = S_ISREG(opened.st_mode);
-  m_foundSize = opened.st_size;
-  m_mode = opened.st_mode & 07777;
+int TemporaryFile::Open() {
+  m_wasThere = true;
+  // Not blocking, so that a named pipe in the file's place is refused instead of waited for.
+  return TakeOver(::open(m_path.c_str(), O_RDWR | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK));
+}
+
+int TemporaryFile::TakeOver(int descriptor) {
+  const int error = descriptor < 0 ? errno : 0;
+  m_file = Descriptor(descriptor);
+  return error;
+}
+
+void TemporaryFile::RefuseForeignFile() const {
+  throw fs::filesystem_error("something else stands in the place of the temporary file", m_path,
+                             std::make_error_code(std::errc::file_exists));
+}
+
+bool TemporaryFile::IsStillAtPath() const noexcept {
   struct stat standing{};
-  if (::stat(m_path.c_str(), &standing) != 0) {
+  if (::lstat(m_path.c_str(), &standing) != 0) {
     return errno != ENOENT;
   }
-  return opened.st_dev == standing.st_dev && opened.st_ino == standing.st_ino;
+  return FileIdentity(standing) == FileIdentity(m_status);
 }
 
-bool TemporaryFile::MakeEmpty() const noexcept {
-  // A device in the file's place takes what is written, and is no copy of it.
-  return m_isRegular && (m_foundSize == 0 || ::ftruncate(m_descriptor, 0) == 0);
-}
-
-void TemporaryFile::RefuseForeignText() {
-  const std::error_code reason(errno, std::system_category());
-  std::error_code ignored;
-  const fs::file_type type = fs::status(m_path, ignored).type();
-  // What was opened without learning what it is may be a file, too.
-  if (type == fs::file_type::regular || (type == fs::file_type::none && m_descriptor >= 0)) {
-    Close();  // No destructor runs after this, and the lock must not outlive us.
-    throw fs::filesystem_error("cannot write the temporary file", m_path, reason);
+void TemporaryFile::Empty() {
+  if (m_wasThere && ::ftruncate(m_file.Get(), 0) != 0) {
+    Refuse(errno);
   }
 }
 
-void TemporaryFile::Write(std::span<char const> bytes) noexcept {
-  while (!bytes.empty() && m_isWhole) {
-    const ssize_t count = ::write(m_descriptor, bytes.data(), bytes.size());
+void TemporaryFile::Refuse(int error) const {
+  throw fs::filesystem_error("cannot write the temporary file", m_path,
+                             std::error_code(error, std::system_category()));
+}
+
+void TemporaryFile::Keep(std::span<char const> bytes) noexcept {
+  while (!bytes.empty() && !m_writeError) {
+    const ssize_t count = ::write(m_file.Get(), bytes.data(), bytes.size());
     if (count > 0) {
       bytes = bytes.subspan(static_cast<std::size_t>(count));
     } else if (count == 0 || errno != EINTR) {
-      m_isWhole = false;  // What follows a lost piece is not written either: cut, never garbled.
+      m_writeError = std::error_code(count == 0 ? EIO : errno, std::system_category());
     }
   }
 }
 
-void TemporaryFile::Close() noexcept {
-  if (m_descriptor >= 0) {
-    ::close(m_descriptor);
-    m_descriptor = -1;
+ssize_t TemporaryFile::ReadAt(off_t position, std::span<char> bytes) const noexcept {
+  ssize_t count = 0;
+  do {
+    count = ::pread(m_file.Get(), bytes.data(), bytes.size(), position);
+  } while (count < 0 && errno == EINTR);
+  return count;
+}
+
+void TemporaryFile::Remove() {
+  if (::unlink(m_path.c_str()) != 0) {
+    fs::remove(m_path);  // Fails, too, in the library's words.
   }
 }

@@ -4,24 +4,30 @@
 #include <sys/types.h>
 
 #include <filesystem>
+#include <optional>
 #include <span>
 
+#include "cleaner/edit_output.h"
+#include "cleaner/file_turn.h"
+#include "cleaner/source_file.h"
+#include "descriptor.h"
+
 /// A file for writing that other workers, and other processes, may want under the same path: its
-/// name is the bare name of a source, and on real trees equal names are the rule. Users of one
-/// path therefore take turns: the file carries an advisory lock from before it is truncated until
-/// it is removed or the owner is destroyed. The lock leaves nothing on disk and frees itself when
-/// its owner dies. Where the file system has no locks, all go on as if they had one.
+/// name is the bare name of a source, and on real trees equal names are the rule. Users of one path
+/// therefore take turns, from before the file is emptied until it is removed or closed.
 ///
-/// Writing never reports a failure: what could not be opened or written is found by the copy onto
-/// the source, or by the backup that stays beside it.
-class TemporaryFile {
+/// Only a file of our own is written: an ordinary file with this one name, reached without a link,
+/// that is not the source, and only when no source is kept in that directory. What a killed run
+/// left there is ours. For use by one thread.
+class TemporaryFile : public EditOutput {
  public:
-  /// Waits for its turn, then creates or truncates the file `name` in the directory of
-  /// faCleaner::GetTempDir(), which is created when it is not there. Throws
-  /// std::filesystem::filesystem_error when that fails, or when a file stands there that cannot be
-  /// written: it holds the text of some other source.
-  explicit TemporaryFile(std::filesystem::path const& name);
-  ~TemporaryFile();
+  /// Creates the file, named like `sourcePath`, in the directory of faCleaner::GetTempDir(), or
+  /// waits for its turn at the one that stands there, and empties it. The directory is created when
+  /// it is not there. `source` is the open source, whose turn the caller has. Throws
+  /// std::filesystem::filesystem_error when any of this fails or is refused.
+  TemporaryFile(std::filesystem::path const& sourcePath, SourceFile const& source,
+                FileTurns* turns);
+  virtual ~TemporaryFile() = default;
   TemporaryFile(TemporaryFile const&) = delete;
   TemporaryFile& operator=(TemporaryFile const&) = delete;
 
@@ -30,28 +36,35 @@ class TemporaryFile {
   /// The permissions of the file.
   [[nodiscard]] mode_t Mode() const noexcept { return m_mode; }
 
-  /// Whether it could be opened. If not, what stands at its path is another's: not to be read or
-  /// removed.
-  [[nodiscard]] bool IsOpen() const noexcept { return m_descriptor >= 0; }
+  /// Appends `bytes`; nothing once a piece could not be written: cut short, never garbled.
+  void Keep(std::span<char const> bytes) noexcept override;
+  void Drop(std::uint64_t /*begin*/, std::uint64_t /*end*/) noexcept override {}
 
-  /// Appends `bytes`; nothing once a piece could not be written.
-  void Write(std::span<char const> bytes) noexcept;
+  /// Why the file could not take all that was to be written; no error when it could.
+  [[nodiscard]] std::error_code WriteError() const noexcept { return m_writeError; }
 
-  /// Whether the file is open and has taken all that was written.
-  [[nodiscard]] bool IsWhole() const noexcept { return m_isWhole; }
+  /// Fills the front of `bytes` with what stands at `position`; returns how many bytes that are, 0
+  /// at the end, and less than 0, with the reason in errno, when they cannot be read.
+  [[nodiscard]] ssize_t ReadAt(off_t position, std::span<char> bytes) const noexcept;
+
+  /// Removes the file. Throws std::filesystem::filesystem_error.
+  void Remove();
 
  private:
-  void Open(std::filesystem::path const& name);
-  void OpenAndLock();
-  [[nodiscard]] bool IsStillAtPath() noexcept;
-  [[nodiscard]] bool MakeEmpty() const noexcept;
-  void RefuseForeignText();
-  void Close() noexcept;
+  void OpenOrCreate(std::filesystem::path const& name);
+  [[nodiscard]] int Create();  // These three return 0 or the reason, as errno has it.
+  [[nodiscard]] int Open();
+  [[nodiscard]] int TakeOver(int descriptor);
+  [[noreturn]] void RefuseForeignFile() const;
+  [[nodiscard]] bool IsStillAtPath() const noexcept;
+  void Empty();
+  [[noreturn]] void Refuse(int error) const;
 
   std::filesystem::path m_path;
-  int m_descriptor = -1;
-  bool m_isRegular = false;
-  off_t m_foundSize = 0;  ///< Of what stood there before.
+  Descriptor m_file;
+  std::optional<FileTurn> m_turn;  ///< Given back before the file is closed.
+  bool m_wasThere = false;
+  struct stat m_status{};
   mode_t m_mode = 0;
-  bool m_isWhole = false;
+  std::error_code m_writeError;
 };

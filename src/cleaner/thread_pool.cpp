@@ -24,6 +24,18 @@ void thread_pool::wait_for_tasks() const {
   }
 }
 
+void thread_pool::Queue(std::function<void()> task) {
+  // Counted before it is queued, so that a waiter never sees 0 with a task still to run.
+  ++m_tasksTotal;
+  try {
+    const std::scoped_lock lock(m_queueMutex);
+    m_tasks.push(std::move(task));
+  } catch (...) {
+    --m_tasksTotal;  // Or whoever waits for the task would wait for ever.
+    throw;
+  }
+}
+
 void thread_pool::worker() {
   while (m_running) {
     if (m_paused || !RunOneTask()) {

@@ -28,20 +28,18 @@ class thread_pool {
   thread_pool(thread_pool const&) = delete;
   thread_pool& operator=(thread_pool const&) = delete;
 
-  /// Queues `task(args...)`. The arguments are stored in the queue.
+  /// Queues `task(args...)`. The arguments are stored in the queue, and handed over to the task
+  /// when it runs. Throws std::bad_alloc, and then has queued nothing.
   template <typename Task, typename... Args>
   void push_task(Task const& task, Args&&... args) {
-    std::function<void()> call = [task, ... stored = std::forward<Args>(args)] { task(stored...); };
-    // Counted before it is queued, so that a waiter never sees 0 with a task still to run.
-    ++m_tasksTotal;
-    const std::scoped_lock lock(m_queueMutex);
-    m_tasks.push(std::move(call));
+    Queue([task, ... stored = std::forward<Args>(args)]() mutable { task(std::move(stored)...); });
   }
 
   /// Returns when no task is queued or running; while paused, when none is running.
   void wait_for_tasks() const;
 
  private:
+  void Queue(std::function<void()> task);
   void worker();
   [[nodiscard]] bool RunOneTask();
   [[nodiscard]] bool IsDone() const;

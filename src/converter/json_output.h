@@ -3,7 +3,6 @@
 
 #include <string_view>
 
-#include "broken_pipe_guard.h"
 #include "converter/basic_format_output.h"
 #include "merge/pretty_json_writer.h"
 
@@ -15,8 +14,7 @@ namespace TesselConverter {
 /// Start comes first, Finish last; without Start the document has no version, and without a warning
 /// either it is null. Each warning is handed on as it comes, since a report of a
 /// million would fill the memory several times over. Throws the JSON library's exception for text
-/// that is not UTF-8. While the writer lives, a closed pipe behind it is a failed stream and does
-/// not end the process.
+/// that is not UTF-8.
 class JsonOutput : public BasicFormatOutput<JsonOutput> {
  public:
   static constexpr std::string_view Name = "json";
@@ -37,7 +35,6 @@ class JsonOutput : public BasicFormatOutput<JsonOutput> {
   void WriteNavigation(WarningPosition const& position);
   void WriteTexts(std::string_view key, std::set<std::string> const& texts);
 
-  BrokenPipeGuard m_guard;
   PrettyJsonWriter m_json{m_stream};
   bool m_isStarted = false;
   bool m_isOpen = false;  ///< The beginning of the document is written.

@@ -5,8 +5,10 @@
 #include "cleaner/fa_cleaner.h"
 #include "driver/command_line.h"
 #include "process_statics.h"
+#include "write_signals.h"
 
 int main(int argc, char** argv) {
+  LetWritesFailWithoutSignals();
   ParseCommandLine(argc, argv);
   try {
     faCleaner::StartProgram(faCleaner::GetConfiguration(), 0);

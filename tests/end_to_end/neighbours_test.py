@@ -1,0 +1,180 @@
+"""Other runs, editors, links and limits around a cleanup: none of them costs a byte."""
+
+import os
+import pathlib
+import resource
+import subprocess
+import threading
+import time
+import unittest
+
+from harness import BACKUP, PROGRAM, EndToEnd, record
+
+MARKED = b"int a;  //-V501\n"
+CLEAN = b"int a;  \n"
+EDIT = b"saved by an editor"
+
+
+class Neighbours(EndToEnd):
+    def marked(self, *names, text=MARKED):
+        for name in names:
+            self.source(name, text)
+        return self.structured_report("report", *(record(name, text, {1: [(501, 8, 15)]})
+                                                  for name in names))
+
+    def start(self, *around, temp=None):
+        run = subprocess.Popen([*around, PROGRAM, "cleanup", "-r", "root", "report"],
+                               stderr=subprocess.PIPE, cwd=self.scratch, text=True,
+                               env={**os.environ, "TMPDIR": str(temp or self.temp)})
+        self.addCleanup(run.wait)
+        self.addCleanup(run.kill)
+        return run
+
+    def lines(self, run):
+        errors = run.communicate(timeout=120)[1]
+        self.assertEqual(run.returncode, 0, errors)
+        return errors.splitlines()
+
+    def held_up(self, call, when):
+        """A cleanup of "a" that stops for a second before ("enter") or after ("exit") a call."""
+        run = self.start("strace", "-f", "-qq", "-o", "calls", "-e", f"trace={call}", "-e",
+                         f"inject={call}:delay_{when}=1000000")
+        begun = time.monotonic() + 20
+        while not (self.scratch / "calls").exists() or not (self.scratch / "calls").stat().st_size:
+            self.assertLess(time.monotonic(), begun)
+            time.sleep(0.01)
+        time.sleep(0.2)
+        return run
+
+    def test_two_runs_with_temporary_directories_of_their_own(self):
+        own = [self.scratch / name for name in "xy"]
+        for path in own:
+            path.mkdir()
+        names = [f"f{i}" for i in range(160)]
+        for _ in range(25):
+            subprocess.run(["rm", "-rf", self.root], check=True)
+            self.marked(*names)
+            for run in [self.start(temp=path) for path in own]:
+                self.lines(run)
+            self.assertEqual(self.tree(), {**dict.fromkeys(names, CLEAN),
+                                           **{name + BACKUP: MARKED for name in names}})
+        subprocess.run(["rm", "-rf", self.root], check=True)
+        self.marked("a")
+        first = self.held_up("/^rename", "enter")
+        self.assertEqual(self.lines(self.start(temp=own[0])), ["Hash mismatch for file 'root/a'."])
+        self.assertEqual((self.lines(first), self.tree()), ([], {"a": CLEAN, "a" + BACKUP: MARKED}))
+
+    def test_an_edit_saved_before_the_copy_stays(self):
+        self.marked("a")
+        run = self.held_up("/^rename", "exit")
+        self.source("a", EDIT)
+        line, = self.lines(run)
+        self.assertIn("its original is the backup: File exists", line)
+        self.assertEqual(self.tree(), {"a": EDIT, "a" + BACKUP: MARKED})
+
+    def test_no_edit_is_lost_whenever_it_is_saved(self):
+        names = [f"f{i:04}" for i in range(400)]
+        self.marked(*names)
+        run = self.start()
+        for name in names:
+            path = f"{self.root}/{name}"
+            while run.poll() is None and not os.path.exists(path + BACKUP):
+                pass  # Then the cleanup is at this file, or a little beyond it.
+            with open(path, "wb") as edited:
+                edited.write(EDIT)
+        self.lines(run)
+        tree = self.tree()
+        # Who writes into the very file that is being made may find the rest of it behind the edit.
+        self.assertEqual([name for name in names if not tree[name].startswith(EDIT)
+                          and not tree[name + BACKUP].startswith(EDIT)], [])
+
+    def test_what_is_not_our_temporary_file_is_refused(self):
+        copies = self.temp / "qln_fp_cleaner"
+        copies.mkdir()
+        other = self.scratch / "other"
+        for prepare in (lambda path: path.symlink_to(self.root / "a"),
+                        lambda path: path.symlink_to(other), lambda path: path.hardlink_to(other),
+                        lambda path: path.hardlink_to(self.root / "a"), lambda path: path.mkdir(),
+                        lambda path: os.mkfifo(path)):
+            self.marked("a")
+            other.write_bytes(b"other")
+            prepare(copies / "a")
+            line, = self.lines(self.start())
+            self.assertRegex(line, f"temporary file.*{copies}/a")
+            self.assertEqual((self.tree(), other.read_bytes()), ({"a": MARKED}, b"other"))
+            subprocess.run(["rm", "-r", copies / "a"], check=True)
+        (self.scratch / "root/a").unlink()
+        self.root.rmdir()
+        self.root.symlink_to(copies)  # The tree is the directory of the temporary files.
+        self.marked("a", "d/a", "d/b")
+        self.source("b", b"not listed")
+        self.assertEqual(len(self.lines(self.start())), 3)
+        self.assertEqual(self.tree(), {"a": MARKED, "d/a": MARKED, "d/b": MARKED,
+                                       "b": b"not listed"})
+
+    def test_a_backup_that_is_the_source_is_refused(self):
+        self.marked("a", "link" + BACKUP)
+        (self.root / ("a" + BACKUP)).hardlink_to(self.root / "a")
+        (self.root / "link").symlink_to("link" + BACKUP)
+        self.structured_report("report", *(record(name, MARKED, {1: [(501, 8, 15)]})
+                                           for name in ("a", "link")))
+        before = self.tree()
+        lines = sorted(self.lines(self.start()))
+        self.assertEqual((len(lines), self.tree()), (2, before))
+        for line, name in zip(lines, ("a", "link")):
+            self.assertRegex(line, f"another name of the source.*root/{name}.*root/{name}{BACKUP}")
+
+    def test_hard_linked_sources_are_all_cleaned(self):
+        pairs = [(f"{i}a", f"{i}b") for i in range(400)]
+        self.marked(*(name for pair in pairs for name in pair))
+        for one, other in pairs:
+            (self.root / other).unlink()
+            (self.root / other).hardlink_to(self.root / one)
+        self.assertEqual(self.lines(self.start()), [])
+        for name in (name for pair in pairs for name in pair):
+            self.assertEqual(((self.root / name).read_bytes(),
+                              (self.root / (name + BACKUP)).read_bytes()), (CLEAN, MARKED))
+
+    def test_a_file_system_without_locks(self):
+        texts = {f"d{i}/same": MARKED + b"%d\n" % i * 100000 for i in range(6)}
+        self.structured_report("report", *(record(name, text, {1: [(501, 8, 15)]})
+                                           for name, text in texts.items()))
+        for name, text in texts.items():
+            self.source(name, text)
+        self.assertEqual(self.lines(self.start(
+            "strace", "-f", "-qq", "-o", "calls", "-e", "trace=flock,write", "-e",
+            "inject=flock:error=ENOLCK", "-e", "inject=write:delay_exit=50000")), [])
+        for name, text in texts.items():
+            self.assertEqual(((self.root / name).read_bytes(),
+                              (self.root / (name + BACKUP)).read_bytes()),
+                             (text.replace(MARKED, CLEAN), text))
+
+    def test_nobody_reads_the_output(self):
+        report = self.marked("a")
+        for arguments in (["--help"], ["--version"], ["merge", "-r", "root", "-o", "/dev/stdout",
+                          report], ["report", "-o", "/dev/stdout", report]):
+            read, write = os.pipe()
+            os.close(read)
+            with open(write, "wb") as closed:
+                run = subprocess.run([PROGRAM, *arguments], cwd=self.scratch, stdout=closed,
+                                     stderr=subprocess.PIPE, timeout=60)
+            self.assertEqual((run.returncode, run.stderr), (0, b""), arguments)
+
+    def test_a_limit_on_file_sizes(self):
+        def limit():
+            resource.setrlimit(resource.RLIMIT_FSIZE, (10000, 10000))
+        large = MARKED + b"x" * 20000
+        self.marked("small", "large")
+        self.source("large", large)
+        report = self.structured_report("report", *(
+            record(name, text, {1: [(501, 8, 15)]})
+            for name, text in (("small", MARKED), ("large", large))))
+        status, _, errors = self.run_program("cleanup", "-r", "root", report, preexec_fn=limit)
+        self.assertRegex(errors.decode(), r"^filesystem error: .*File too large.*/large.*\n$")
+        self.assertEqual((status, self.tree()),
+                         (0, {"small": CLEAN, "small" + BACKUP: MARKED, "large": large}))
+        self.assertEqual(list((self.temp / "qln_fp_cleaner").iterdir()), [])
+
+
+if __name__ == "__main__":
+    unittest.main()

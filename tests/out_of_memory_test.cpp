@@ -1,0 +1,101 @@
+// What an allocation that fails leaves behind, whichever it is.
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdlib>
+#include <new>
+#include <utility>
+
+#include "cleaner/marks_filter.h"
+#include "cleaner/thread_pool.h"
+#include "merge/sha1.h"
+#include "scratch_directory.h"
+
+namespace {
+
+/// How many allocations of this thread still succeed before one fails; below 0, all do.
+thread_local int allowed = -1;
+
+/// Calls `action` with its first allocation failing, then with its second, and so on until it gets
+/// through; `check` sees what each failure left.
+template <typename Action, typename Check>
+void FailEachAllocation(Action action, Check check) {
+  for (int number = 0; number < 1000; ++number) {
+    allowed = number;
+    try {
+      action();
+      allowed = -1;
+      return;
+    } catch (std::exception const& error) {
+      allowed = -1;
+      check(error);
+    }
+  }
+  FAIL() << "it never gets through";
+}
+
+TEST(OutOfMemory, ATaskThatCouldNotBeQueuedIsNotWaitedFor) {
+  std::atomic<int> ran = 0;
+  int failures = 0;
+  thread_pool pool(1);
+  const std::array<char, 4096> large{};
+  for (int round = 0; round < 300; ++round) {
+    FailEachAllocation(
+        [&] { pool.push_task([&ran](std::array<char, 4096> const&) { ++ran; }, large); },
+        [&](std::exception const& /*error*/) { ++failures; });
+  }
+  pool.wait_for_tasks();
+  EXPECT_EQ(ran, 300);
+  EXPECT_GT(failures, 300);  // The queue itself has to grow now and then.
+}
+
+TEST(OutOfMemory, ACleanupHasItsLineAndItsBytes) {
+  const ScratchDirectory scratch;
+  ::setenv("TMPDIR", scratch.Path().c_str(), 1);
+  const std::string text = "a //-V1\n" + std::string(300'000, 'x');
+  File file;
+  file.path = "d/source";
+  file.lines = {{1, {{1, {}, {2, 7}}}}};
+  SHA1 sha1;
+  sha1.add(text.data(), text.size());
+  file.hash = sha1.getHash();
+  std::filesystem::create_directory(scratch.Path() / "d");
+  scratch.Write("d/source", text);
+  FileTurns turns;
+  const auto clean = [&] {
+    const int given = std::exchange(allowed, -1);
+    MarksFilter filter(file, &turns);
+    allowed = given;
+    filter.SaveFilteredFile(scratch.Path());
+  };
+  FailEachAllocation(clean, [&](std::exception const& error) {
+    EXPECT_TRUE(std::string_view(error.what()).find("d/source") != std::string::npos)
+        << error.what();
+    ASSERT_EQ(scratch.Read("d/source"), text);
+  });
+  EXPECT_EQ(scratch.Read("d/source"), "a \n" + text.substr(8));
+  EXPECT_EQ(scratch.Read("d/sourcetemp_qln_facleaner"), text);
+  ::unsetenv("TMPDIR");
+}
+
+}  // namespace
+
+void* operator new(std::size_t size) {
+  if (allowed == 0) {
+    allowed = -1;
+    throw std::bad_alloc();
+  }
+  allowed -= allowed > 0 ? 1 : 0;
+  if (void* memory = std::malloc(size != 0 ? size : 1)) {
+    return memory;
+  }
+  throw std::bad_alloc();
+}
+
+void operator delete(void* memory) noexcept {
+  std::free(memory);
+}
+
+void operator delete(void* memory, std::size_t /*size*/) noexcept {
+  std::free(memory);
+}
