@@ -88,7 +88,8 @@ class Faults(EndToEnd):
                 time.sleep(0.01)
             (self.root / "d").rename(self.scratch / "d")
         _, err = run.communicate(timeout=60)
-        self.assertEqual((run.returncode, err), (0, b"Hash mismatch for file 'root/d/a'.\n"))
+        self.assertRegex(err, rb"^[^\n]*root/d/a[^\n]*\n$")
+        self.assertEqual(run.returncode, 0)
         self.assertEqual(self.tree(), {"e/a": CLEAN, "e/a" + BACKUP: MARKED})
         self.assertEqual((self.scratch / "d/a").read_bytes(), MARKED)
 
