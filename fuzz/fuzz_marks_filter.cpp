@@ -15,7 +15,7 @@
 #include <stdexcept>
 
 #include "cleaner/marks_filter.h"
-#include "merge/sha1.h"
+#include "merge/hashing/sha1.h"
 #include "reference_filter.h"
 #include "require.h"
 #include "scratch_directory.h"

@@ -20,11 +20,11 @@
 #include <sstream>
 #include <utility>
 
-#include "merge/framed_record.h"
-#include "merge/report_json.h"
-#include "merge/report_window.h"
-#include "merge/structured_report_writer.h"
-#include "merge/weakly_canonical.h"
+#include "merge/paths/weakly_canonical.h"
+#include "merge/reading/file_from_json.h"
+#include "merge/reading/framed_record.h"
+#include "merge/reading/report_window.h"
+#include "merge/writing/structured_report_writer.h"
 #include "require.h"
 #include "scratch_directory.h"
 
@@ -78,7 +78,7 @@ void MergePlainly(PlainFiles& files, std::string_view text, fs::path const& path
                   fs::path const& root) {
   try {
     const json report = json::parse(text);
-    static_cast<void>(report.get<Files>());
+    static_cast<void>(FilesFromJson(report));
     PlainFiles others;
     for (json const& record : report["files"]) {
       others.insert(record.get<File>());
@@ -132,7 +132,7 @@ bool Same(File const& left, File const& right) {
 
 void CheckWriting(Files const& files, ScratchDirectory const& scratch) {
   std::ostringstream written;
-  WriteStructuredReport(files, written);
+  WriteStructuredReport(files.version, files.files, written);
   Require(written.view() == json(files).dump(2), "the report is written as the library writes it");
   // A path from the file system's root on is shown as one below the source tree's.
   if (std::ranges::any_of(files.files, [](File const& file) {

@@ -7,8 +7,8 @@
 #include <random>
 #include <sstream>
 
-#include "merge/structured_report_writer.h"
-#include "merge/weakly_canonical.h"
+#include "merge/paths/weakly_canonical.h"
+#include "merge/writing/structured_report_writer.h"
 #include "scratch_directory.h"
 
 namespace {
@@ -92,7 +92,7 @@ TEST(Intersect, IsASearchFromTheFrontForEveryLine) {
 
 std::string Text(Files const& files) {
   std::ostringstream text;
-  WriteStructuredReport(files, text);
+  WriteStructuredReport(files.version, files.files, text);
   return text.str();
 }
 

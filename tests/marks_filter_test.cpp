@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <random>
 
-#include "merge/sha1.h"
+#include "merge/hashing/sha1.h"
 #include "reference_filter.h"
 #include "scratch_directory.h"
 

@@ -1,11 +1,11 @@
-#include "merge/plain_record.h"
+#include "merge/reading/plain_record.h"
 
 #include <gtest/gtest.h>
 
 #include <random>
 
-#include "merge/report_json.h"
-#include "merge/structured_report_reader.h"
+#include "merge/reading/file_from_json.h"
+#include "merge/reading/structured_report_reader.h"
 #include "scratch_directory.h"
 
 namespace {
@@ -165,8 +165,8 @@ TEST(PlainStructuredReport, IsWhatTheLibraryReadsOrLeftToIt) {
     }
     ++plain;
     ASSERT_TRUE(json::accept(text)) << text;
-    const auto expected = json::parse(text).get<Files>();
-    ASSERT_TRUE(std::ranges::equal(files->files, expected.files, Same)) << text;
+    const auto expected = FilesFromJson(json::parse(text));
+    ASSERT_TRUE(std::ranges::equal(*files, expected, Same)) << text;
   }
   EXPECT_GT(plain, 500);
 }

@@ -1,11 +1,11 @@
-#include "merge/report_window.h"
+#include "merge/reading/report_window.h"
 
 #include <gtest/gtest.h>
 
 #include <iterator>
 #include <vector>
 
-#include "merge/framed_record.h"
+#include "merge/reading/framed_record.h"
 #include "scratch_directory.h"
 
 namespace {

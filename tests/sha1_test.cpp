@@ -1,4 +1,4 @@
-#include "merge/sha1.h"
+#include "merge/hashing/sha1.h"
 
 #include <gtest/gtest.h>
 

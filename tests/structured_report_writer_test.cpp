@@ -1,17 +1,18 @@
-#include "merge/structured_report_writer.h"
+#include "merge/writing/structured_report_writer.h"
 
 #include <gtest/gtest.h>
 
+#include <nlohmann/json.hpp>
 #include <random>
 #include <sstream>
 
-#include "merge/report_json.h"
+#include "merge/files.h"
 
 namespace {
 
 std::string Written(Files const& files) {
   std::ostringstream stream;
-  WriteStructuredReport(files, stream);
+  WriteStructuredReport(files.version, files.files, stream);
   return stream.str();
 }
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "merge/sha1.h"
+#include "merge/hashing/sha1.h"
 
 namespace {
 

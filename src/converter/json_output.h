@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "converter/basic_format_output.h"
-#include "merge/pretty_json_writer.h"
+#include "json/pretty_json_writer.h"
 
 namespace TesselConverter {
 

@@ -5,7 +5,8 @@
 #include <functional>
 #include <unordered_set>
 
-#include "merge/weakly_canonical.h"
+#include "merge/paths/source_tree_placeholder.h"
+#include "merge/paths/weakly_canonical.h"
 
 namespace {
 
@@ -68,7 +69,5 @@ std::string File::PathToString(std::filesystem::path sourceTreeRoot) const {
   if (!sourceTreeRoot.empty()) {
     return WeaklyCanonical(sourceTreeRoot / path).string();
   }
-  const std::string text = path.string();
-  const bool hasSeparator = text.starts_with('/') || text.starts_with('\\');
-  return std::string(SourceTreePlaceholder).append(hasSeparator ? "" : "/").append(text);
+  return WithPlaceholder(path.string());
 }

@@ -4,11 +4,12 @@
 #include <compare>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
+#include <set>
 #include <string>
-#include <string_view>
 #include <vector>
 
-#include "merge/path_order.h"
+#include "merge/paths/path_order.h"
 
 /// A half-open range as the analyzer core reports it; carried from report to report unchanged.
 struct Range {
@@ -61,5 +62,5 @@ struct File {
   }
 };
 
-/// Stands for the source-tree root at the beginning of a path in a report.
-inline constexpr std::string_view SourceTreePlaceholder = "|?|";
+/// Records in path order, at most one for each path.
+using FileSet = std::set<File, std::less<File>>;

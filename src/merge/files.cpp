@@ -8,15 +8,15 @@
 #include <utility>
 #include <vector>
 
-#include "merge/raw_record_reader.h"
-#include "merge/structured_report_reader.h"
-#include "merge/structured_report_writer.h"
-#include "merge/weakly_canonical.h"
+#include "merge/paths/weakly_canonical.h"
+#include "merge/reading/raw_record_reader.h"
+#include "merge/reading/structured_report_reader.h"
+#include "merge/writing/files_to_json.h"
+#include "merge/writing/structured_report_writer.h"
 
 namespace {
 
 namespace fs = std::filesystem;
-using FileSet = decltype(Files::files);
 
 void KeepCommon(FileSet& files, FileSet const& others) {
   std::erase_if(files, [&others](File const& file) {
@@ -106,9 +106,9 @@ void Files::ExtractFromReport(fs::path const& reportPath, bool isFirstReport,
     if (auto structured = ReadStructuredReport(reportPath)) {
       m_stored.Forget();
       if (isFirstReport) {
-        files = std::move(structured->files);
+        files = std::move(*structured);
       } else {
-        KeepCommon(files, structured->files);
+        KeepCommon(files, *structured);
       }
       return;
     }
@@ -134,5 +134,9 @@ void Files::SaveStructuredReport(fs::path const& resultPath) {
   std::ofstream stream;
   stream.rdbuf()->pubsetbuf(buffer.data(), static_cast<std::streamsize>(buffer.size()));
   stream.open(resultPath);
-  WriteStructuredReport(*this, stream);
+  WriteStructuredReport(version, files, stream);
+}
+
+void to_json(nlohmann::json& j, Files const& files) {
+  j = FilesToJson(files.version, files.files);
 }

@@ -3,19 +3,18 @@
 
 #include <cstdint>
 #include <filesystem>
-#include <functional>
-#include <set>
+#include <nlohmann/json_fwd.hpp>
 
 #include "merge/file.h"
 #include "merge/not_copied.h"
-#include "merge/source_paths.h"
+#include "merge/paths/source_paths.h"
 #include "merge/stored_records.h"
 
 /// At most one record for each source path, in path order. Filled on the main thread, before any
 /// worker exists; not safe to change from several threads.
 struct Files {
   std::uint32_t version = 1;  ///< Format version to write; reading reports never changes it.
-  std::set<File, std::less<File>> files;  ///< Between raw reports, nobody else removes records.
+  FileSet files;              ///< Between raw reports, nobody else removes records.
 
   /// Reads one report and merges it in. The structured form is tried first, then the raw one:
   /// - structured, first report of the run: replaces the collection;
@@ -45,3 +44,6 @@ struct Files {
   NotCopied<SourcePaths> m_paths;
   NotCopied<StoredRecords> m_stored;
 };
+
+/// Makes the structured report of `files`.
+void to_json(nlohmann::json& j, Files const& files);

@@ -3,8 +3,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <functional>
-#include <set>
 #include <vector>
 
 #include "merge/file.h"
@@ -15,7 +13,7 @@
 /// Belongs to one collection, and must be told to forget when records are taken out of that.
 class StoredRecords {
  public:
-  using Place = std::set<File, std::less<File>>::const_iterator;
+  using Place = FileSet::const_iterator;
 
   struct Record {
     Place place;

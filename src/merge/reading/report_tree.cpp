@@ -1,4 +1,4 @@
-#include "merge/report_tree.h"
+#include "merge/reading/report_tree.h"
 
 #include <algorithm>
 #include <array>

@@ -1,14 +1,14 @@
-#include "merge/structured_report_reader.h"
+#include "merge/reading/structured_report_reader.h"
 
 #include <algorithm>
 #include <fstream>
 #include <utility>
 
-#include "merge/framed_record.h"
-#include "merge/plain_record.h"
-#include "merge/report_json.h"
-#include "merge/report_tree.h"
-#include "merge/report_window.h"
+#include "merge/reading/file_from_json.h"
+#include "merge/reading/framed_record.h"
+#include "merge/reading/plain_record.h"
+#include "merge/reading/report_tree.h"
+#include "merge/reading/report_window.h"
 
 namespace {
 
@@ -20,7 +20,7 @@ class PlainStructuredReader {
  public:
   explicit PlainStructuredReader(std::filesystem::path const& path) : m_window(path) {}
 
-  bool Read(Files& files) {
+  bool Read(FileSet& files) {
     bool hasFiles = false;
     bool hasVersion = false;
     if (!Token('{')) {
@@ -45,7 +45,7 @@ class PlainStructuredReader {
   }
 
  private:
-  bool ReadRecords(Files& files) {
+  bool ReadRecords(FileSet& files) {
     if (!Token('[')) {
       return false;
     }
@@ -57,7 +57,7 @@ class PlainStructuredReader {
       if (!ReadRecord(record)) {
         return false;
       }
-      files.files.insert(files.files.end(), record);
+      files.insert(files.end(), record);
     } while (Token(','));
     return Token(']');
   }
@@ -115,12 +115,12 @@ class PlainStructuredReader {
 
 }  // namespace
 
-std::optional<Files> ReadPlainStructuredReport(std::filesystem::path const& path) {
+std::optional<FileSet> ReadPlainStructuredReport(std::filesystem::path const& path) {
   // What is no ordinary file, a pipe for one, may be readable only once: it is the library's.
   if (std::error_code ignored; !std::filesystem::is_regular_file(path, ignored)) {
     return std::nullopt;
   }
-  Files files;
+  FileSet files;
   try {
     return PlainStructuredReader(path).Read(files) ? std::optional(std::move(files)) : std::nullopt;
   } catch (nlohmann::json::exception const&) {
@@ -128,13 +128,13 @@ std::optional<Files> ReadPlainStructuredReport(std::filesystem::path const& path
   }
 }
 
-std::optional<Files> ReadStructuredReport(std::filesystem::path const& path) {
+std::optional<FileSet> ReadStructuredReport(std::filesystem::path const& path) {
   if (auto files = ReadPlainStructuredReport(path)) {
     return files;
   }
   try {
     std::ifstream stream(path);
-    return ReadReportTree(stream).get<Files>();
+    return FilesFromJson(ReadReportTree(stream));
   } catch (nlohmann::json::exception const&) {
     return std::nullopt;
   } catch (std::ios_base::failure const&) {

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "merge/file.h"
-#include "merge/report_window.h"
+#include "merge/reading/report_window.h"
 
 /// Reads and consumes the file record at the front of the window in one pass, if it is written
 /// plainly: the known keys, each at most once; numbers of digits alone, below 10^19; text of

@@ -4,12 +4,12 @@
 #include <filesystem>
 #include <optional>
 
-#include "merge/files.h"
+#include "merge/file.h"
 
 /// The content of a structured report; nothing when `path` holds anything else, or cannot be read.
 /// Throws std::bad_alloc.
-[[nodiscard]] std::optional<Files> ReadStructuredReport(std::filesystem::path const& path);
+[[nodiscard]] std::optional<FileSet> ReadStructuredReport(std::filesystem::path const& path);
 
 /// The same for reports of the usual form, read record by record without a tree of the whole.
 /// Nothing for all others, of which the JSON library decides.
-[[nodiscard]] std::optional<Files> ReadPlainStructuredReport(std::filesystem::path const& path);
+[[nodiscard]] std::optional<FileSet> ReadPlainStructuredReport(std::filesystem::path const& path);

@@ -1,4 +1,4 @@
-#include "merge/sha1.h"
+#include "merge/hashing/sha1.h"
 
 #include <algorithm>
 #include <string_view>

@@ -1,4 +1,4 @@
-#include "merge/path_order.h"
+#include "merge/paths/path_order.h"
 
 #include <algorithm>
 #include <string_view>

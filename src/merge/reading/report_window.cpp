@@ -1,4 +1,4 @@
-#include "merge/report_window.h"
+#include "merge/reading/report_window.h"
 
 #include <algorithm>
 #include <cstring>

@@ -1,4 +1,4 @@
-#include "merge/sha1_blocks.h"
+#include "merge/hashing/sha1_blocks.h"
 
 #if defined(__aarch64__) && defined(__linux__)
 

@@ -3,7 +3,7 @@
 
 #include <streambuf>
 
-#include "merge/report_window.h"
+#include "merge/reading/report_window.h"
 
 /// The bytes of the record that begins at the front of a window, which must not be empty: up to the
 /// one at which its braces balance, or to the end of the report. What has been read is consumed, so

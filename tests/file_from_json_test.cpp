@@ -1,4 +1,4 @@
-#include "merge/report_json.h"
+#include "merge/reading/file_from_json.h"
 
 #include <gtest/gtest.h>
 

@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <string>
 
-#include "merge/sha1_blocks.h"
+#include "merge/hashing/sha1_blocks.h"
 
 /// Streaming SHA-1 as defined by FIPS 180-4, Secure Hash Standard. A plain value that allocates
 /// nothing; each user owns one.

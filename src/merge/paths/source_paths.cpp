@@ -1,4 +1,4 @@
-#include "merge/source_paths.h"
+#include "merge/paths/source_paths.h"
 
 #include <sys/stat.h>
 
@@ -6,7 +6,7 @@
 #include <cerrno>
 #include <utility>
 
-#include "merge/weakly_canonical.h"
+#include "merge/paths/weakly_canonical.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "merge/repeated_records.h"
+#include "merge/reading/repeated_records.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "merge/input_file.h"
+#include "merge/reading/input_file.h"
 
 #include <fcntl.h>
 #include <unistd.h>

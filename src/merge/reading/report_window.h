@@ -7,7 +7,7 @@
 #include <memory>
 #include <string_view>
 
-#include "merge/input_file.h"
+#include "merge/reading/input_file.h"
 #include "window_size.h"
 
 /// Shows a report from its front on, in large pieces; its size is the same for every report.

@@ -1,10 +1,10 @@
-#include "merge/plain_record.h"
+#include "merge/reading/plain_record.h"
 
 #include <array>
 #include <cstdint>
 #include <cstring>
 
-#include "merge/report_json.h"
+#include "merge/paths/source_tree_placeholder.h"
 
 namespace {
 

@@ -1,11 +1,11 @@
-#include "merge/raw_record_reader.h"
+#include "merge/reading/raw_record_reader.h"
 
 #include <istream>
 
-#include "merge/framed_record.h"
-#include "merge/plain_record.h"
-#include "merge/report_json.h"
-#include "merge/report_tree.h"
+#include "merge/reading/file_from_json.h"
+#include "merge/reading/framed_record.h"
+#include "merge/reading/plain_record.h"
+#include "merge/reading/report_tree.h"
 
 bool RawRecordReader::IsRawForCertain() {
   std::error_code ignored;

@@ -6,8 +6,8 @@
 #include <utility>
 
 #include "merge/file.h"
-#include "merge/repeated_records.h"
-#include "merge/report_window.h"
+#include "merge/reading/repeated_records.h"
+#include "merge/reading/report_window.h"
 
 /// Cuts a raw report into its records by counting braces, not by parsing, and reads each:
 ///

@@ -1,4 +1,4 @@
-#include "merge/framed_record.h"
+#include "merge/reading/framed_record.h"
 
 #include <utility>
 

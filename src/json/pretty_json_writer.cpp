@@ -1,4 +1,4 @@
-#include "merge/pretty_json_writer.h"
+#include "json/pretty_json_writer.h"
 
 #include <nlohmann/json.hpp>
 

@@ -1,6 +1,6 @@
-#include "merge/structured_report_writer.h"
+#include "merge/writing/structured_report_writer.h"
 
-#include "merge/pretty_json_writer.h"
+#include "json/pretty_json_writer.h"
 
 namespace {
 
@@ -48,8 +48,8 @@ void WriteFile(PrettyJsonWriter& json, File const& file) {
 }
 
 /// A name that the library refuses must not leave half a report.
-void CheckPaths(Files const& files) {
-  for (File const& file : files.files) {
+void CheckPaths(FileSet const& files) {
+  for (File const& file : files) {
     if (!IsPlainText(file.path.native())) {
       static_cast<void>(ToJsonString(file.PathToString({})));
     }
@@ -58,17 +58,17 @@ void CheckPaths(Files const& files) {
 
 }  // namespace
 
-void WriteStructuredReport(Files const& files, std::ostream& output) {
+void WriteStructuredReport(std::uint32_t version, FileSet const& files, std::ostream& output) {
   CheckPaths(files);
   PrettyJsonWriter json(output);
   json.BeginObject();
   json.Key("files");
   json.BeginArray();
-  for (File const& file : files.files) {
+  for (File const& file : files) {
     WriteFile(json, file);
   }
   json.EndArray();
-  json.Number("version", files.version);
+  json.Number("version", version);
   json.EndObject();
   json.Flush();
 }

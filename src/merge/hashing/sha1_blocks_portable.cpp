@@ -1,6 +1,6 @@
 #include <bit>
 
-#include "merge/sha1_blocks.h"
+#include "merge/hashing/sha1_blocks.h"
 
 namespace {
 

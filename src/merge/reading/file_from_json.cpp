@@ -1,4 +1,6 @@
-#include "merge/report_json.h"
+#include "merge/reading/file_from_json.h"
+
+#include "merge/paths/source_tree_placeholder.h"
 
 namespace {
 
@@ -29,49 +31,7 @@ Unsigned ToNumber(json const& j) {
   return j.get<Unsigned>();
 }
 
-json FromRange(Range const& range) {
-  return {{"begin", range.begin}, {"end", range.end}};
-}
-
-json FromMarker(Marker const& marker) {
-  json j = {{"columns", FromRange(marker.columns)}, {"offsets", FromRange(marker.offsets)}};
-  if (marker.code != 0) {
-    j["code"] = marker.code;
-  }
-  return j;
-}
-
-json FromLine(Line const& line) {
-  json markers = json::array();
-  for (Marker const& marker : line.markers) {
-    markers.push_back(FromMarker(marker));
-  }
-  return {{"line", line.line}, {"markers", std::move(markers)}};
-}
-
-json FromFile(File const& file) {
-  json lines = json::array();
-  for (Line const& line : file.lines) {
-    lines.push_back(FromLine(line));
-  }
-  return {{"path", file.PathToString({})}, {"hash", file.hash}, {"lines", std::move(lines)}};
-}
-
 }  // namespace
-
-std::string_view WithoutPlaceholder(std::string_view path) {
-  if (!path.starts_with(SourceTreePlaceholder)) {
-    return path;
-  }
-  path.remove_prefix(SourceTreePlaceholder.size());
-  if (path.starts_with('/') || path.starts_with('\\')) {
-    path.remove_prefix(1);
-    if (path.starts_with('\\')) {
-      path.remove_prefix(1);
-    }
-  }
-  return path;
-}
 
 // The conversions of the smaller records are found by the library through their types, so they
 // cannot stand in the unnamed namespace.
@@ -102,18 +62,12 @@ void from_json(json const& j, File& file) {
   j.at("lines").get_to(file.lines);
 }
 
-void from_json(json const& j, Files& files) {
-  files.version = ToNumber<std::uint32_t>(j.at("version"));
+FileSet FilesFromJson(json const& j) {
+  static_cast<void>(ToNumber<std::uint32_t>(j.at("version")));  // Must be there, whatever it is.
+  FileSet files;
   for (json const& record : j.at("files").get_ref<json::array_t const&>()) {
     // At the end position, where a sorted report belongs; of two records for a path the first wins.
-    files.files.insert(files.files.end(), record.get<File>());
+    files.insert(files.end(), record.get<File>());
   }
-}
-
-void to_json(json& j, Files const& files) {
-  json records = json::array();
-  for (File const& file : files.files) {
-    records.push_back(FromFile(file));
-  }
-  j = {{"version", files.version}, {"files", std::move(records)}};
+  return files;
 }
