@@ -7,6 +7,8 @@
 #include <random>
 #include <sstream>
 
+#include "merge/paths/path_order.h"
+#include "merge/paths/source_paths.h"
 #include "merge/paths/weakly_canonical.h"
 #include "merge/writing/structured_report_writer.h"
 #include "scratch_directory.h"
@@ -96,7 +98,8 @@ std::string Text(Files const& files) {
   return text.str();
 }
 
-// One collection remembers paths and repeats; the other is copied, and so forgets, for each record.
+// One collection reads whole reports, and remembers paths and repeats; the other is copied, and so
+// forgets, for each record. In between anyone may change the set, which is public.
 TEST(RawReports, AreMergedAsIfEachRecordStoodAlone) {
   const ScratchDirectory scratch;
   fs::path const& root = scratch.Path();
@@ -129,9 +132,15 @@ TEST(RawReports, AreMergedAsIfEachRecordStoodAlone) {
       scratch.Write("report.json", text);
       files.ExtractFromReport(report, false, root);
       ASSERT_EQ(Text(files), Text(plain));
-      if (turn == 2) {
+      if (turn == 1) {
+        for (FileSet* const set : {&files.files, &plain.files}) {
+          round % 3 == 0 ? set->clear() : static_cast<void>(set->erase(set->begin()));
+        }
+      } else if (turn == 2) {
         files.DeleteEmpty();
         plain.DeleteEmpty();
+      } else if (turn == 3) {
+        files.files = FileSet(plain.files);
       } else if (turn == 4) {
         scratch.Write("report.json", R"({"version":1,"files":[]})");
         files.ExtractFromReport(report, false, root);

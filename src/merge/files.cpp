@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "merge/paths/weakly_canonical.h"
+#include "merge/raw_merge.h"
 #include "merge/reading/raw_record_reader.h"
 #include "merge/reading/structured_report_reader.h"
 #include "merge/writing/files_to_json.h"
@@ -29,74 +30,6 @@ void KeepCommon(FileSet& files, FileSet const& others) {
   });
 }
 
-/// A copy lies together in memory, has no room to spare, and leaves the record its own for the next
-/// one to be read. Only many lines are better moved, unless a longer record left them much room.
-bool IsRatherMoved(std::vector<Line> const& lines) {
-  constexpr std::size_t manyLines = 1000;
-  return lines.size() >= manyLines && lines.capacity() <= 2 * lines.size();
-}
-
-/// Merges one raw report: adds its records, or intersects them with those that have their path.
-class RawMerge {
- public:
-  RawMerge(FileSet& files, SourcePaths& paths, StoredRecords& stored, fs::path const& root)
-      : m_files(files), m_paths(paths), m_stored(stored), m_root(root) {}
-
-  void Merge(RawRecordReader& reader) {
-    const std::uint32_t report = m_stored.BeginReport();
-    File record;
-    while (reader.Next(record)) {
-      auto const& [number, path] = m_paths.Relative(record.path, m_root);
-      auto& [place, lastReport] = m_stored[number];
-      if (lastReport == 0) {
-        place = Add(record, path);
-      } else {
-        Intersect(*place, record);
-        if (lastReport == report) {
-          reader.PassOverRepeats();
-        }
-      }
-      lastReport = report;
-    }
-  }
-
- private:
-  /// Merges the record in under `path`; returns where it is stored.
-  StoredRecords::Place Add(File& record, fs::path const& path) {
-    record.path = path;
-    const auto place = m_files.lower_bound(record);
-    if (place != m_files.end() && !(record < *place)) {
-      Intersect(*place, record);
-      return place;
-    }
-    const auto stored = IsRatherMoved(record.lines) ? m_files.insert(place, std::move(record))
-                                                    : m_files.insert(place, record);
-    if (stored == m_files.end()) {  // Cannot happen in a set; a guard against another container.
-      throw std::runtime_error(std::format("Merge error for file '{}'.", Display(path)));
-    }
-    return stored;
-  }
-
-  void Intersect(File const& stored, File const& record) const {
-    if (stored.hash != record.hash) {
-      throw std::runtime_error(
-          std::format("Hash mismatch while merging reports for file '{}'.", Display(stored.path)));
-    }
-    stored.Intersect(record);
-  }
-
-  [[nodiscard]] std::string Display(fs::path const& path) const {
-    File file;
-    file.path = path;
-    return file.PathToString(m_root);
-  }
-
-  FileSet& m_files;
-  SourcePaths& m_paths;
-  StoredRecords& m_stored;
-  fs::path const& m_root;
-};
-
 }  // namespace
 
 void Files::ExtractFromReport(fs::path const& reportPath, bool isFirstReport,
@@ -104,7 +37,6 @@ void Files::ExtractFromReport(fs::path const& reportPath, bool isFirstReport,
   RawRecordReader reader(reportPath);
   if (!reader.IsRawForCertain()) {
     if (auto structured = ReadStructuredReport(reportPath)) {
-      m_stored.Forget();
       if (isFirstReport) {
         files = std::move(*structured);
       } else {
@@ -117,7 +49,7 @@ void Files::ExtractFromReport(fs::path const& reportPath, bool isFirstReport,
     throw std::runtime_error("Please specify the '--sourcetree-root' flag to merge raw reports.");
   }
   try {
-    RawMerge(files, m_paths, m_stored, sourceTreeRoot).Merge(reader);
+    MergeRawReport(files, reader, m_paths, sourceTreeRoot);
   } catch (nlohmann::json::exception const&) {
     throw std::runtime_error(
         std::format("Parsing error for file '{}'.", WeaklyCanonical(reportPath).string()));
@@ -125,7 +57,6 @@ void Files::ExtractFromReport(fs::path const& reportPath, bool isFirstReport,
 }
 
 void Files::DeleteEmpty() {
-  m_stored.Forget();
   std::erase_if(files, [](File const& file) { return file.lines.empty(); });
 }
 

@@ -6,15 +6,13 @@
 #include <nlohmann/json_fwd.hpp>
 
 #include "merge/file.h"
-#include "merge/not_copied.h"
 #include "merge/paths/source_paths.h"
-#include "merge/stored_records.h"
 
 /// At most one record for each source path, in path order. Filled on the main thread, before any
 /// worker exists; not safe to change from several threads.
 struct Files {
   std::uint32_t version = 1;  ///< Format version to write; reading reports never changes it.
-  FileSet files;              ///< Between raw reports, nobody else removes records.
+  FileSet files;
 
   /// Reads one report and merges it in. The structured form is tried first, then the raw one:
   /// - structured, first report of the run: replaces the collection;
@@ -40,9 +38,7 @@ struct Files {
   void SaveQlnReport(std::filesystem::path const& output);
 
  private:
-  // What raw reports taught, which is no part of the collection.
-  NotCopied<SourcePaths> m_paths;
-  NotCopied<StoredRecords> m_stored;
+  SourcePaths m_paths;  ///< What raw reports taught about paths; nothing in it is about `files`.
 };
 
 /// Makes the structured report of `files`.

@@ -1,13 +1,33 @@
 #include "merge/paths/path_order.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstring>
 #include <string_view>
+
+namespace {
+
+/// How many bytes at the front of both are the same. Looks at eight at once, which the compiler
+/// makes one comparison: this is where merging spends its time when it looks for a path.
+std::size_t CommonLength(std::string_view left, std::string_view right) {
+  constexpr std::size_t step = 8;
+  const std::size_t size = std::min(left.size(), right.size());
+  std::size_t at = 0;
+  while (size - at >= step && std::memcmp(left.data() + at, right.data() + at, step) == 0) {
+    at += step;
+  }
+  while (at < size && left[at] == right[at]) {
+    ++at;
+  }
+  return at;
+}
+
+}  // namespace
 
 int ComparePaths(std::filesystem::path const& left, std::filesystem::path const& right) {
   const std::string_view leftText = left.native();
   const std::string_view rightText = right.native();
-  const auto [leftEnd, rightEnd] = std::ranges::mismatch(leftText, rightText);
-  const auto common = static_cast<std::size_t>(leftEnd - leftText.begin());
+  const std::size_t common = CommonLength(leftText, rightText);
 
   // The end of the text comes before the end of an element, and that before all other bytes.
   const auto rank = [common](std::string_view text) {

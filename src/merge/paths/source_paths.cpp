@@ -2,7 +2,6 @@
 
 #include <sys/stat.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <utility>
 
@@ -32,7 +31,7 @@ SourcePaths::SourcePath const& SourcePaths::Relative(fs::path const& path, fs::p
   }
   auto known = m_files.find(path.native());
   if (known == m_files.end()) {
-    fs::path relative = Find(path);
+    fs::path relative = Find(path, MostNewFolders);
     known = m_files.emplace(path.native(), SourcePath{m_inOrder.size(), std::move(relative)}).first;
     m_inOrder.push_back(&*known);
   }
@@ -41,29 +40,25 @@ SourcePaths::SourcePath const& SourcePaths::Relative(fs::path const& path, fs::p
 }
 
 bool SourcePaths::IsExpected(fs::path const& path) const {
-  return m_expected < m_inOrder.size() && m_inOrder[m_expected] != nullptr &&
-         m_inOrder[m_expected]->first == path.native();
+  return m_expected < m_inOrder.size() && m_inOrder[m_expected]->first == path.native();
 }
 
 void SourcePaths::SetRoot(fs::path const& root) {
   if (m_root.native() != root.native()) {
+    *this = SourcePaths();
     m_root = root;
-    m_canonicalRoot.reset();
-    m_folders.clear();
-    m_files.clear();
-    std::ranges::fill(m_inOrder, nullptr);
   }
 }
 
-fs::path SourcePaths::Find(fs::path const& path) {
+fs::path SourcePaths::Find(fs::path const& path, int newFolders) {
   const std::string_view text = path.native();
   const std::size_t slash = text.rfind('/');
-  if (slash == std::string_view::npos || slash == 0 || text[slash - 1] == '/' ||
+  if (newFolders == 0 || slash == std::string_view::npos || slash == 0 || text[slash - 1] == '/' ||
       text.find('\0') != std::string_view::npos || !IsPlainName(text.substr(slash + 1)) ||
       !EndsInItself(path)) {
     return FindPlainly(path);
   }
-  auto const& folder = FindFolder(text.substr(0, slash));
+  auto const& folder = FindFolder(text.substr(0, slash), newFolders - 1);
   return folder ? fs::path(*folder).concat(text.substr(slash + 1)) : FindPlainly(path);
 }
 
@@ -75,11 +70,11 @@ fs::path SourcePaths::FindPlainly(fs::path const& path) {
   return canonical.lexically_relative(*m_canonicalRoot);
 }
 
-std::optional<std::string> const& SourcePaths::FindFolder(std::string_view folder) {
+std::optional<std::string> const& SourcePaths::FindFolder(std::string_view folder, int newFolders) {
   const auto [known, isNew] = m_folders.try_emplace(std::string(folder));
   std::optional<std::string>& found = known->second;  // Stays in place while parents are added.
   if (isNew) {
-    const std::string relative = Find(folder).native();
+    const std::string relative = Find(folder, newFolders).native();
     if (relative == ".") {
       found = "";
     } else if (!relative.starts_with("..")) {

@@ -1,0 +1,87 @@
+#include "merge/raw_merge.h"
+
+#include <format>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// A copy lies together in memory, has no room to spare, and leaves the record its own for the next
+/// one to be read. Only many lines are better moved, unless a longer record left them much room.
+bool IsRatherMoved(std::vector<Line> const& lines) {
+  constexpr std::size_t manyLines = 1000;
+  return lines.size() >= manyLines && lines.capacity() <= 2 * lines.size();
+}
+
+class RawMerge {
+ public:
+  RawMerge(FileSet& files, SourcePaths& paths, fs::path const& root)
+      : m_files(files), m_paths(paths), m_root(root) {}
+
+  void Merge(RawRecordReader& report) {
+    File record;
+    while (report.Next(record)) {
+      auto const& [number, relative] = m_paths.Relative(record.path, m_root);
+      if (std::optional<Place>& place = PlaceOf(number)) {
+        Intersect(**place, record);
+        report.PassOverRepeats();
+      } else {
+        record.path = relative;
+        place = Add(record);
+      }
+    }
+  }
+
+ private:
+  using Place = FileSet::const_iterator;
+
+  /// Where the record of the path stands, if this report had it before.
+  std::optional<Place>& PlaceOf(std::size_t path) {
+    if (path >= m_places.size()) {
+      m_places.resize(path + 1);
+    }
+    return m_places[path];
+  }
+
+  /// Merges the record in; returns where it is stored.
+  Place Add(File& record) {
+    const auto place = m_files.lower_bound(record);
+    if (place != m_files.end() && !(record < *place)) {
+      Intersect(*place, record);
+      return place;
+    }
+    const auto stored = IsRatherMoved(record.lines) ? m_files.insert(place, std::move(record))
+                                                    : m_files.insert(place, record);
+    if (stored == m_files.end()) {  // Cannot happen in a set; a guard against another container.
+      throw std::runtime_error(std::format("Merge error for file '{}'.", Display(record)));
+    }
+    return stored;
+  }
+
+  void Intersect(File const& stored, File const& record) const {
+    if (stored.hash != record.hash) {
+      throw std::runtime_error(
+          std::format("Hash mismatch while merging reports for file '{}'.", Display(stored)));
+    }
+    stored.Intersect(record);
+  }
+
+  [[nodiscard]] std::string Display(File const& file) const { return file.PathToString(m_root); }
+
+  FileSet& m_files;
+  SourcePaths& m_paths;
+  fs::path const& m_root;
+  std::vector<std::optional<Place>> m_places;  ///< By the numbers of the paths.
+};
+
+}  // namespace
+
+void MergeRawReport(FileSet& files, RawRecordReader& report, SourcePaths& paths,
+                    fs::path const& root) {
+  RawMerge(files, paths, root).Merge(report);
+}
