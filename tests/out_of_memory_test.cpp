@@ -8,7 +8,7 @@
 
 #include "cleaner/marks_filter.h"
 #include "cleaner/thread_pool.h"
-#include "merge/sha1.h"
+#include "merge/hashing/sha1.h"
 #include "scratch_directory.h"
 
 namespace {
