@@ -4,8 +4,6 @@ set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_SYSTEM_PROCESSOR aarch64)
 cmake_path(SET CMAKE_SYSROOT NORMALIZE ${CMAKE_CURRENT_LIST_DIR}/../build/arm64-sysroot)
 
-set(CMAKE_C_COMPILER clang-19)  # GoogleTest asks for one.
-set(CMAKE_C_COMPILER_TARGET aarch64-linux-gnu)
 set(CMAKE_CXX_COMPILER_TARGET aarch64-linux-gnu)
 set(CMAKE_AR aarch64-linux-gnu-ar CACHE STRING "")
 set(CMAKE_RANLIB aarch64-linux-gnu-ranlib CACHE STRING "")

@@ -16,8 +16,8 @@ add_library(args::args INTERFACE IMPORTED)
 target_include_directories(args::args SYSTEM INTERFACE ${ARGS_INCLUDE_DIR})
 
 if(QLN_BUILD_TESTS)
-  find_path(GOOGLETEST_SOURCE_DIR googletest/CMakeLists.txt HINTS /usr/src/googletest)
-  if(NOT GOOGLETEST_SOURCE_DIR)
+  find_path(GTEST_SOURCE_DIR src/gtest-all.cc HINTS /usr/src/googletest/googletest)
+  if(NOT GTEST_SOURCE_DIR)
     message(FATAL_ERROR
       "The GoogleTest sources are missing; the package googletest brings them. "
       "To build without the tests: -DQLN_BUILD_TESTS=OFF")

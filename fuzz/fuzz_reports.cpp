@@ -63,7 +63,7 @@ void CheckFraming(std::string_view text, fs::path const& path) {
   for (const std::string_view expected : Frame(text)) {
     Require(window.SkipAny("\n"), "the framing finds as many records");
     FramedRecord record(window);
-    const std::string found(std::istreambuf_iterator(&record), {});
+    const std::string found(std::istreambuf_iterator<char>(&record), {});
     Require(found == expected && record.Close(), "the framing finds the same record");
   }
   Require(!window.SkipAny("\n") || !FramedRecord(window).Close(), "the framing ends there");

@@ -157,7 +157,7 @@ TEST(JsonOutput, WritesWhatEachFieldAllows) {
   EXPECT_TRUE(writer.Write(warning));
   writer.Finish();
   std::ifstream golden(QLN_TEST_DATA "/all_warning_fields.json");
-  EXPECT_EQ(scratch.Read("report"), std::string(std::istreambuf_iterator(golden), {}));
+  EXPECT_EQ(scratch.Read("report"), std::string(std::istreambuf_iterator<char>(golden), {}));
 }
 
 }  // namespace

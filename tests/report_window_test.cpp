@@ -15,7 +15,7 @@ std::vector<std::string> RecordsOf(std::filesystem::path const& path) {
   std::vector<std::string> records;
   while (window.SkipAny("\n")) {
     FramedRecord record(window);
-    const std::string text(std::istreambuf_iterator(&record), {});
+    const std::string text(std::istreambuf_iterator<char>(&record), {});
     if (!record.Close()) {
       break;
     }

@@ -29,7 +29,7 @@ class ScratchDirectory {
 
   [[nodiscard]] std::string Read(std::string_view name) const {
     std::ifstream stream(m_path / name, std::ios::binary);
-    return {std::istreambuf_iterator(stream), {}};
+    return {std::istreambuf_iterator<char>(stream), {}};
   }
 
  private:
