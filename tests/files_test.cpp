@@ -104,7 +104,7 @@ TEST(RawReports, AreMergedAsIfEachRecordStoodAlone) {
   const ScratchDirectory scratch;
   fs::path const& root = scratch.Path();
   const fs::path report = root / "report.json";
-  const auto record = [&root](unsigned file, unsigned lines) {
+  const auto record = [&root](std::uint64_t file, std::uint64_t lines) {
     std::string text;
     for (unsigned line = 0; line < 5; ++line) {
       if ((lines >> line & 1U) != 0) {

@@ -11,6 +11,7 @@ const std::string AtStart = GetTempDirectory();
 
 TEST(ProcessStatics, TempDirectoryIsTheFirstVariableThatIsSetAtAll) {
   EXPECT_EQ(FileLock::BasePath, AtStart);
+  const std::string own = GetTempDirectory();
   constexpr std::array names{"TMPDIR", "TMP", "TEMP", "TEMPDIR"};
   for (const char* name : names) {
     ::unsetenv(name);
@@ -23,8 +24,9 @@ TEST(ProcessStatics, TempDirectoryIsTheFirstVariableThatIsSetAtAll) {
     EXPECT_EQ(GetTempDirectory(), value) << name;
   }
   for (const char* name : names) {
-    ::unsetenv(name);  // The tests that follow need a directory that exists.
+    ::unsetenv(name);
   }
+  ::setenv("TMPDIR", own.c_str(), 1);  // For the tests that follow.
 }
 
 }  // namespace

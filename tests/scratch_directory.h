@@ -3,17 +3,22 @@
 
 #include <stdlib.h>
 
+#include <cerrno>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string>
 #include <string_view>
+#include <system_error>
 
 class ScratchDirectory {
  public:
   ScratchDirectory() {
     std::string name = std::filesystem::temp_directory_path() / "qln_test_XXXXXX";
-    m_path = ::mkdtemp(name.data());
+    if (::mkdtemp(name.data()) == nullptr) {
+      throw std::system_error(errno, std::generic_category(), name);
+    }
+    m_path = name;
   }
   ~ScratchDirectory() { std::filesystem::remove_all(m_path); }
   ScratchDirectory(ScratchDirectory const&) = delete;

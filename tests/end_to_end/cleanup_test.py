@@ -98,14 +98,14 @@ class Cleanup(EndToEnd):
         report = self.raw_report("report", record("root/a", MARKED, MARKERS))
         directory = self.temp / "qln_fp_cleaner"
         for prepare, in_message in (
-                (lambda: directory.write_bytes(b""), b"qln_fp_cleaner"),
-                (lambda: (directory.mkdir(), (self.root / ("a" + BACKUP)).mkdir()), b"rename"),
+                (lambda: directory.write_bytes(b""), "qln_fp_cleaner"),
+                (lambda: (directory.mkdir(), (self.root / ("a" + BACKUP)).mkdir()), "rename"),
                 (lambda: ((self.root / ("a" + BACKUP)).rmdir(), self.temp.rmdir()),
-                 b"temp_directory_path")):
+                 "temp_directory_path")):
             prepare()
             status, _, err = self.run_program("cleanup", "-r", "root", report)
             self.assertEqual((status, err.count(b"\n")), (0, 1))
-            self.assertIn(in_message, err)
+            self.assertRegex(err.decode(), in_message.replace("_", "[_ ]"))
             self.assertEqual(self.tree(), {"a": MARKED})
             subprocess.run(["rm", "-rf", directory], check=True)
 
@@ -116,7 +116,11 @@ class Cleanup(EndToEnd):
         stale.parent.mkdir()
         # A file that cannot be written, here because it is being run, is not taken for ours.
         shutil.copy("/bin/sleep", stale)
-        with subprocess.Popen([stale, "60"]) as sleeping:
+        try:
+            sleeping = subprocess.Popen([stale, "60"])
+        except PermissionError:
+            self.skipTest("no program may run in the temporary directory")
+        with sleeping:
             status, _, err = self.run_program("cleanup", "-r", "root", report)
             sleeping.kill()
         self.assertEqual((status, self.tree()), (0, {"a": MARKED}))

@@ -9,7 +9,7 @@ import threading
 import time
 import unittest
 
-from harness import BACKUP, PROGRAM, EndToEnd, record
+from harness import BACKUP, PROGRAM, EndToEnd, file_system_error, record
 
 MARKED = b"int a;  //-V501\n"
 CLEAN = b"int a;  \n"
@@ -41,15 +41,15 @@ class Faults(EndToEnd):
         self.marked("a", "b", rest=REST)
         before = self.tree()
         copies = f"{self.temp}/qln_fp_cleaner"
-        full = f'in create_directory: No space left on device ["{copies}"]'
-        absent = 'cannot write the temporary file: No space left on device ["%s/%s"]'
-        for mount, errors in (("nr_inodes=1 none $0", [full, full]),
-                              ("nr_inodes=2 none $0 && mkdir $0/qln_fp_cleaner",
-                               [absent % (copies, name) for name in "ab"]),
-                              ("size=8k none $0", [])):
-            self.assertEqual(self.cleanup(*MOUNTING, "sh", "-c",
-                                          f'mount -t tmpfs -o {mount} && exec "$@"', self.temp),
-                             ["filesystem error: " + error for error in errors])
+        full = file_system_error("create_directory", "No space left on device", copies)
+        absent = [file_system_error("cannot write the temporary file", "No space left on device",
+                                    f"{copies}/{name}") for name in "ab"]
+        for mount, errors in (('nr_inodes=1 none "$0"', [full, full]),
+                              ('nr_inodes=2 none "$0" && mkdir "$0/qln_fp_cleaner"', absent),
+                              ('size=8k none "$0"', [])):
+            self.expect_lines(self.cleanup(*MOUNTING, "sh", "-c",
+                                           f'mount -t tmpfs -o {mount} && exec "$@"', self.temp),
+                              errors)
             if errors:
                 self.assertEqual(self.tree(), before)
         for name in "ab":  # A copy that was cut short gets no line; the backup has it all.
@@ -58,15 +58,16 @@ class Faults(EndToEnd):
             self.assertTrue((CLEAN + REST).startswith((self.root / name).read_bytes()))
 
     def test_missing_permissions(self):
-        error, denied = "filesystem error: in ", ": Permission denied "
+        denied = "Permission denied"
         copies = self.temp / "qln_fp_cleaner"
         for path, mode, line in (
-                (self.root / "d", 0o500, f'{error}rename{denied}["root/d/a"] ["root/d/a{BACKUP}"]'),
-                (self.root / "d", 0, f'{error}weakly_canonical{denied}["root/d/a"]'),
-                (self.root / "d/a", 0, "Hash mismatch for file 'root/d/a'."),
-                (copies, 0o500, f'filesystem error: cannot write the temporary file{denied}'
-                                f'["{copies}/a"]'),
-                (self.temp, 0o500, f'{error}create_directory{denied}["{copies}"]')):
+                (self.root / "d", 0o500,
+                 file_system_error("rename", denied, "root/d/a", f"root/d/a{BACKUP}")),
+                (self.root / "d", 0, file_system_error("(canonical|status)", denied, "root/d/a")),
+                (self.root / "d/a", 0, "^Hash mismatch for file 'root/d/a'.$"),
+                (copies, 0o500, file_system_error("cannot write the temporary file", denied,
+                                                  f"{copies}/a")),
+                (self.temp, 0o500, file_system_error("create_directory", denied, copies))):
             subprocess.run(["rm", "-rf", copies], check=True)
             if path == copies:
                 copies.mkdir()
@@ -74,7 +75,8 @@ class Faults(EndToEnd):
             path.chmod(mode)
             lines = self.cleanup(*(UNPRIVILEGED if os.geteuid() == 0 else []))
             path.chmod(0o700)
-            self.assertEqual((lines, self.tree()), ([line], {"d/a": MARKED}))
+            self.expect_lines(lines, [line])
+            self.assertEqual(self.tree(), {"d/a": MARKED})
 
     def test_a_source_that_goes_away_while_another_run_has_its_turn(self):
         self.marked("d/a", "e/a")
@@ -92,6 +94,18 @@ class Faults(EndToEnd):
         self.assertEqual(run.returncode, 0)
         self.assertEqual(self.tree(), {"e/a": CLEAN, "e/a" + BACKUP: MARKED})
         self.assertEqual((self.scratch / "d/a").read_bytes(), MARKED)
+
+    def test_a_temporary_file_that_cannot_be_emptied_keeps_nobody_waiting(self):
+        self.marked("d/a", "e/a")
+        temporary = self.temp / "qln_fp_cleaner" / "a"
+        temporary.parent.mkdir()
+        with open(os.memfd_create("stale", os.MFD_ALLOW_SEALING), "wb", buffering=0) as stale:
+            stale.write(b"stale")
+            fcntl.fcntl(stale, fcntl.F_ADD_SEALS, fcntl.F_SEAL_SHRINK)
+            temporary.symlink_to(f"/proc/{os.getpid()}/fd/{stale.fileno()}")
+            self.expect_lines(self.cleanup(), [file_system_error(
+                "cannot write the temporary file", "Operation not permitted", temporary)] * 2)
+        self.assertEqual(self.tree(), {"d/a": MARKED, "e/a": MARKED})
 
     def test_a_report_that_is_being_written(self):
         records = [record(f"{i:03}", b"", {line: [(1, 0, 5)] for line in range(i + 1, i + 40)})

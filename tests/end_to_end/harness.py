@@ -4,6 +4,7 @@ import hashlib
 import json
 import os
 import pathlib
+import re
 import shutil
 import subprocess
 import tempfile
@@ -26,6 +27,12 @@ def lines_of(markers):
         return fields if code is None else {"code": code, **fields}
     return [{"line": line, "markers": [marker(*values) for values in on_line]}
             for line, on_line in markers.items()]
+
+
+def file_system_error(call, reason, *paths):
+    """What the line of a failed call matches, in the words of either C++ library."""
+    return (f"^filesystem error: .*{call.replace('_', '.')}.*: {reason} " +
+            " ".join(rf'\["?{re.escape(str(path))}"?\]' for path in paths) + "$")
 
 
 def record(path, content, markers):
@@ -58,6 +65,11 @@ class EndToEnd(unittest.TestCase):
 
     def expect(self, arguments, status=0, out=b"", err=b""):
         self.assertEqual(self.run_program(*arguments), (status, out, err), arguments)
+
+    def expect_lines(self, lines, patterns):
+        self.assertEqual(len(lines), len(patterns), lines)
+        for line, pattern in zip(lines, patterns):
+            self.assertRegex(line, pattern)
 
     def source(self, name, content):
         path = self.root / name
