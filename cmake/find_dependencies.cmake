@@ -16,7 +16,8 @@ add_library(args::args INTERFACE IMPORTED)
 target_include_directories(args::args SYSTEM INTERFACE ${ARGS_INCLUDE_DIR})
 
 if(QLN_BUILD_TESTS)
-  find_path(GTEST_SOURCE_DIR src/gtest-all.cc HINTS /usr/src/googletest/googletest)
+  find_path(GTEST_SOURCE_DIR src/gtest-all.cc HINTS /usr/src/googletest/googletest
+    NO_CMAKE_FIND_ROOT_PATH)  # Sources are of no architecture.
   if(NOT GTEST_SOURCE_DIR)
     message(FATAL_ERROR
       "The GoogleTest sources are missing; the package googletest brings them. "

@@ -13,7 +13,7 @@ file(WRITE ${documents}/changelog.Debian
 
  -- ${CPACK_PACKAGE_CONTACT}  ${date}
 ")
-file(RENAME ${documents}/CHANGELOG.md ${documents}/changelog)
+file(COPY_FILE ${documents}/CHANGELOG.md ${documents}/changelog)  # README links to the first.
 set(packaging ${CMAKE_CURRENT_LIST_DIR}/../packaging)
 file(COPY ${packaging}/copyright DESTINATION ${documents})
 file(MAKE_DIRECTORY ${root}/share/lintian/overrides)
