@@ -95,18 +95,6 @@ class Faults(EndToEnd):
         self.assertEqual(self.tree(), {"e/a": CLEAN, "e/a" + BACKUP: MARKED})
         self.assertEqual((self.scratch / "d/a").read_bytes(), MARKED)
 
-    def test_a_temporary_file_that_cannot_be_emptied_keeps_nobody_waiting(self):
-        self.marked("d/a", "e/a")
-        temporary = self.temp / "qln_fp_cleaner" / "a"
-        temporary.parent.mkdir()
-        with open(os.memfd_create("stale", os.MFD_ALLOW_SEALING), "wb", buffering=0) as stale:
-            stale.write(b"stale")
-            fcntl.fcntl(stale, fcntl.F_ADD_SEALS, fcntl.F_SEAL_SHRINK)
-            temporary.symlink_to(f"/proc/{os.getpid()}/fd/{stale.fileno()}")
-            self.expect_lines(self.cleanup(), [file_system_error(
-                "cannot write the temporary file", "Operation not permitted", temporary)] * 2)
-        self.assertEqual(self.tree(), {"d/a": MARKED, "e/a": MARKED})
-
     def test_a_report_that_is_being_written(self):
         records = [record(f"{i:03}", b"", {line: [(1, 0, 5)] for line in range(i + 1, i + 40)})
                    for i in range(200)]
