@@ -123,7 +123,8 @@ class MalformedReports(EndToEnd):
         for text in mark + structured, structured + b"\0", structured + b"\0{":  # NUL is an end.
             self.gets_paths(["|?|/root/a"], text)
         for text in (mark, mark + PLAIN, PLAIN + b"\n" + mark + PLAIN, PLAIN + b"\0", b"\0" + PLAIN,
-                     structured.decode().encode("utf-16"), structured.replace(b":1", b":1\0")):
+                     structured.decode().encode("utf-16"), structured.replace(b":1", b":1\0"),
+                     b'{"version":1,"files":[%s\0}]}' % PLAIN.replace(b"root/a", b"{")):
             self.gets(self.refusal, text)
         for inside in (b"\0", b"\x1f", b"\x80", b"\xff", b"\xc3", b"\xc0\x80", b"\xed\xa0\x80",
                        b"\xf4\x90\x80\x80", b"\xe2\x82", b"\\x", b"\\ud800", b"\\udc00\\ud800"):

@@ -69,14 +69,16 @@ class PlainStructuredReader {
     if (ReadPlainRecord(m_window, record)) {
       return true;
     }
-    // An object that the library accepts by itself is what it would find here in the whole report.
     if (m_window.Rest().front() != '{') {
       return false;
     }
     FramedRecord framed(m_window);
     std::istream text(&framed);
     record = ReadReportTree(text).get<File>();
-    return framed.Close();
+    // An object that the library accepts by itself, and reads to its end, is what it would find
+    // here in the whole report. A NUL is an end to it: what follows, it has not looked at.
+    const bool isReadWhole = framed.sgetc() == std::char_traits<char>::eof();
+    return isReadWhole && framed.Close();
   }
 
   /// Only a single digit: what the version is does not matter, and is left as it was.
