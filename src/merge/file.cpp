@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstdint>
 #include <functional>
-#include <unordered_set>
 
 #include "merge/paths/source_tree_placeholder.h"
 #include "merge/paths/weakly_canonical.h"
@@ -28,30 +27,26 @@ void KeepCommonAscending(Lines& lines, Lines const& others) {
   });
 }
 
-struct LineHash {
-  std::size_t operator()(Line const* line) const {
-    std::size_t hash = line->line;
-    for (auto const& [code, columns, offsets] : line->markers) {
-      for (const std::uint64_t number :
-           {code, columns.begin, columns.end, offsets.begin, offsets.end}) {
-        hash = 31 * hash + number;
-      }
-    }
-    return hash;
+/// A line to search for. The number stands here, too, so that most comparisons need not follow the
+/// pointer.
+struct Sought {
+  std::uint32_t line;
+  std::vector<Marker> const* markers;
+
+  friend bool operator<(Sought const& left, Sought const& right) {
+    return left.line != right.line ? left.line < right.line : *left.markers < *right.markers;
   }
 };
 
-struct SameLine {
-  bool operator()(Line const* left, Line const* right) const { return *left == *right; }
-};
-
+/// A sorted index rather than a table by hash: lines can be chosen so that their hashes are equal.
 void KeepCommonInAnyOrder(Lines& lines, Lines const& others) {
-  std::unordered_set<Line const*, LineHash, SameLine> known;
-  known.reserve(others.size());
-  for (Line const& other : others) {
-    known.insert(&other);
-  }
-  std::erase_if(lines, [&known](Line const& line) { return !known.contains(&line); });
+  const auto sought = [](Line const& line) { return Sought{line.line, &line.markers}; };
+  std::vector<Sought> known(others.size());
+  std::ranges::transform(others, known.begin(), sought);
+  std::sort(known.begin(), known.end());
+  std::erase_if(lines, [&](Line const& line) {
+    return !std::binary_search(known.begin(), known.end(), sought(line));
+  });
 }
 
 }  // namespace

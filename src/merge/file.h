@@ -16,7 +16,7 @@ struct Range {
   std::uint64_t begin = 0;
   std::uint64_t end = 0;
 
-  friend bool operator==(Range const&, Range const&) = default;
+  friend auto operator<=>(Range const&, Range const&) = default;
 };
 
 /// One suppression marker on a line.
@@ -25,7 +25,7 @@ struct Marker {
   Range columns;           ///< Columns on the line, in the analyzer core's own unit.
   Range offsets;           ///< 0-based bytes within the line.
 
-  friend bool operator==(Marker const&, Marker const&) = default;
+  friend auto operator<=>(Marker const&, Marker const&) = default;
 };
 
 /// One source line that carries markers. Equal lines are what reports agree on.

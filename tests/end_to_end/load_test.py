@@ -46,6 +46,28 @@ class Load(EndToEnd):
         warnings = json.loads((self.scratch / "report").read_bytes())["warnings"]
         self.assertEqual([warning["positions"][0]["line"] for warning in warnings], list(lines))
 
+    def test_deep_paths(self):
+        deep = [self.root / str(number) / ("a/" * 1900) for number in range(40)]
+        report = self.raw_report("raw", *(record(path, b"", {1: []}) for path in deep))
+        self.assertEqual(self.run_program("merge", "-r", "root", "-o", "merged", report,
+                                          preexec_fn=narrow), (0, b"", b""))
+        merged = json.loads((self.scratch / "merged").read_bytes())["files"]
+        self.assertEqual({file["path"] for file in merged},
+                         {f"|?|/{path.relative_to(self.root)}" for path in deep})
+
+    def test_lines_chosen_for_equal_hashes(self):
+        """In any order, and the same by every sum that weighs each number by a power of 31."""
+        lines = {100_000 - number: [(31 * number, 7, 14)]
+                 for number in (7919 * place % 100_000 for place in range(100_000))}
+        reports = [self.raw_report(name, record(self.root / "a", b"", one))
+                   for name, one in (("raw", lines), ("other", {**lines, 8: []}))]
+        self.assertEqual(self.run_program(
+            "merge", "-r", "root", "-o", "merged", *reports,
+            preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_CPU, (10, 10))), (0, b"", b""))
+        [merged] = json.loads((self.scratch / "merged").read_bytes())["files"]
+        self.assertEqual([line["line"] for line in merged["lines"]],
+                         [line for line in lines if line != 8])
+
 
 if __name__ == "__main__":
     unittest.main()
