@@ -1,0 +1,81 @@
+#include "tree/printable.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <format>
+
+namespace tree {
+
+namespace {
+
+unsigned char ByteAt(std::string_view text, std::size_t at) {
+  return at < text.size() ? static_cast<unsigned char>(text[at]) : 0;
+}
+
+bool Continues(unsigned char byte) {
+  return (byte & 0xC0U) == 0x80;
+}
+
+/// The length of the UTF-8 character that the text begins with; 0 when it is none.
+std::size_t CharacterLength(std::string_view text) {
+  const unsigned char first = ByteAt(text, 0);
+  const unsigned char second = ByteAt(text, 1);
+  if (first < 0x80) {
+    return 1;
+  }
+  if (first < 0xC2 || first > 0xF4 || !Continues(second)) {
+    return 0;
+  }
+  if (first < 0xE0) {
+    return 2;
+  }
+  if (!Continues(ByteAt(text, 2)) || (first == 0xE0 && second < 0xA0) ||
+      (first == 0xED && second > 0x9F)) {
+    return 0;
+  }
+  if (first < 0xF0) {
+    return 3;
+  }
+  const bool isInRange = (first != 0xF0 || second >= 0x90) && (first != 0xF4 || second <= 0x8F);
+  return Continues(ByteAt(text, 3)) && isInRange ? 4 : 0;
+}
+
+/// Also those that take two bytes: some terminals obey them.
+bool IsControl(std::string_view character) {
+  const unsigned char first = ByteAt(character, 0);
+  return first < 0x20 || first == 0x7F || (first == 0xC2 && ByteAt(character, 1) < 0xA0);
+}
+
+std::string Escaped(std::string_view bytes) {
+  if (bytes == "\n") {
+    return "\\n";
+  }
+  if (bytes == "\t") {
+    return "\\t";
+  }
+  std::string escaped;
+  for (const char byte : bytes) {
+    escaped += std::format("\\x{:02x}", static_cast<unsigned char>(byte));
+  }
+  return escaped;
+}
+
+}  // namespace
+
+std::string Printable(std::string_view text) {
+  std::string printable;
+  printable.reserve(text.size());
+  while (!text.empty()) {
+    const std::size_t length = CharacterLength(text);
+    const std::string_view character = text.substr(0, std::max<std::size_t>(length, 1));
+    if (length == 0 || IsControl(character)) {
+      printable += Escaped(character);
+    } else {
+      printable += character;
+    }
+    text.remove_prefix(character.size());
+  }
+  return printable;
+}
+
+}  // namespace tree

@@ -1,0 +1,13 @@
+// Text that does a terminal no harm.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace tree {
+
+/// `text` with every control character, and every byte that belongs to no UTF-8 character, written
+/// as \n, \t or \x1b. A backslash stays as it is: this is for people to read.
+[[nodiscard]] std::string Printable(std::string_view text);
+
+}  // namespace tree

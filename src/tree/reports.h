@@ -1,0 +1,44 @@
+// What the reports of a command line say, each by itself and all together.
+#pragma once
+
+#include <filesystem>
+#include <vector>
+
+#include "merge/files.h"
+
+namespace tree {
+
+/// One report.
+struct Report {
+  std::filesystem::path path;  ///< As given on the command line.
+  /// What it says, read as if it were the only one; also the files that it names without lines.
+  Files files;
+  /// Whether it took out files that reports before it name and it does not. Only a structured
+  /// report that is not the first one does so; to all others such files are none of their business.
+  bool isRestricting = false;
+};
+
+struct Reports {
+  std::vector<Report> each;  ///< In the order of the command line.
+  /// What a cleanup removes that is given the same reports: read by the same function, in the same
+  /// order, without the files that are left with no lines.
+  Files agreed;
+};
+
+/// Reads every report twice, by itself and into what is agreed. Throws std::runtime_error for a
+/// report that is not there, may not be read, or is no regular file, which could be read only once;
+/// and what Files::ExtractFromReport throws.
+[[nodiscard]] Reports ReadReports(std::vector<std::filesystem::path> const& paths,
+                                  std::filesystem::path const& root);
+
+/// Reads only what is agreed, and so takes a pipe, too. Throws as ReadReports does.
+[[nodiscard]] Files ReadAgreed(std::vector<std::filesystem::path> const& paths,
+                               std::filesystem::path const& root);
+
+/// Every path that some report names, once, in the order of files; relative to the root.
+[[nodiscard]] std::vector<std::filesystem::path> NamedSources(Reports const& reports);
+
+/// The record of a path; null when there is none.
+[[nodiscard]] File const* FindFile(Files const& files, std::filesystem::path const& path);
+
+}  // namespace tree
