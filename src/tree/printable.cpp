@@ -78,4 +78,13 @@ std::string Printable(std::string_view text) {
   return printable;
 }
 
+bool HoldsControl(std::string_view text) {
+  for (; !text.empty(); text.remove_prefix(std::max<std::size_t>(CharacterLength(text), 1))) {
+    if (CharacterLength(text) > 0 && IsControl(text)) {
+      return true;
+    }
+  }
+  return false;
+}
+
 }  // namespace tree

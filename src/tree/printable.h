@@ -10,4 +10,7 @@ namespace tree {
 /// as \n, \t or \x1b. A backslash stays as it is: this is for people to read.
 [[nodiscard]] std::string Printable(std::string_view text);
 
+/// Whether a control character stands in `text`.
+[[nodiscard]] bool HoldsControl(std::string_view text);
+
 }  // namespace tree

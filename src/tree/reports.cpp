@@ -37,6 +37,8 @@ void RefuseUnreadable(fs::path const& report) {
   }
 }
 
+}  // namespace
+
 void RefuseIrregular(fs::path const& report) {
   RefuseUnreadable(report);
   if (!fs::is_regular_file(report)) {
@@ -44,8 +46,6 @@ void RefuseIrregular(fs::path const& report) {
                              report.string());
   }
 }
-
-}  // namespace
 
 Reports ReadReports(std::vector<fs::path> const& paths, fs::path const& root) {
   Reports reports;
@@ -93,6 +93,14 @@ File const* FindFile(Files const& files, fs::path const& path) {
   key.path = path;
   const auto found = files.files.find(key);
   return found == files.files.end() ? nullptr : &*found;
+}
+
+std::size_t CountMarkers(File const& file) {
+  std::size_t count = 0;
+  for (Line const& line : file.lines) {
+    count += line.markers.size();
+  }
+  return count;
 }
 
 }  // namespace tree

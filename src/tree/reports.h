@@ -1,6 +1,7 @@
 // What the reports of a command line say, each by itself and all together.
 #pragma once
 
+#include <cstddef>
 #include <filesystem>
 #include <vector>
 
@@ -35,10 +36,16 @@ struct Reports {
 [[nodiscard]] Files ReadAgreed(std::vector<std::filesystem::path> const& paths,
                                std::filesystem::path const& root);
 
+/// Throws std::runtime_error for a report that ReadReports would not read.
+void RefuseIrregular(std::filesystem::path const& report);
+
 /// Every path that some report names, once, in the order of files; relative to the root.
 [[nodiscard]] std::vector<std::filesystem::path> NamedSources(Reports const& reports);
 
 /// The record of a path; null when there is none.
 [[nodiscard]] File const* FindFile(Files const& files, std::filesystem::path const& path);
+
+/// How many markers a record lists.
+[[nodiscard]] std::size_t CountMarkers(File const& file);
 
 }  // namespace tree

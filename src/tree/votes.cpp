@@ -102,14 +102,17 @@ std::vector<LineVotes> VotesOn(Reports const& reports, std::filesystem::path con
     const auto end = std::find_if(begin, listed.end(),
                                   [&](Listed const& one) { return one.number != begin->number; });
     const std::span onLine(begin, end);
-    const auto firstGoing = going;
-    for (; going != goes.end() && going->line == begin->number; ++going) {
-      if (std::find(firstGoing, going, *going) == going) {
+    std::vector<Marker> staying = AllMarkers(onLine);
+    for (const auto first = going; going != goes.end() && going->line == begin->number; ++going) {
+      if (std::find(first, going, *going) == going) {
+        std::erase_if(staying, [&going](Marker const& marker) {
+          return std::ranges::find(going->markers, marker) != going->markers.end();
+        });
         all.push_back(Collect(true, going->markers, onLine, files));
       }
     }
-    if (going == firstGoing) {
-      all.push_back(Collect(false, AllMarkers(onLine), onLine, files));
+    if (!staying.empty() || all.empty() || all.back().line != begin->number) {
+      all.push_back(Collect(false, std::move(staying), onLine, files));
     }
     begin = end;
   }
@@ -119,7 +122,8 @@ std::vector<LineVotes> VotesOn(Reports const& reports, std::filesystem::path con
 std::string CodesOf(std::vector<Marker> const& markers) {
   std::string codes;
   for (Marker const& marker : markers) {
-    codes += std::format("{}V{:03}", codes.empty() ? "" : " ", marker.code);
+    codes +=
+        std::format("{}V{:03}", codes.empty() ? "" : " ", static_cast<std::uint32_t>(marker.code));
   }
   return codes;
 }

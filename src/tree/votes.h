@@ -39,8 +39,9 @@ struct LineVotes {
 /// The votes on every line of a source that some report lists, in the order of lines. `path` is
 /// relative to the root; `reports` must outlive the result.
 ///
-/// What goes in all this is exactly what reports.agreed lists of the source. (A record may list a
-/// line number twice, with other markers; then there are as many votes as different lines go.)
+/// What goes in all this is exactly what reports.agreed lists of the source, and what else some
+/// report lists stays. Of most lines that is one LineVotes. Where different markers of one line go
+/// and stay, because a report between took out what a report before it said, there are several.
 [[nodiscard]] std::vector<LineVotes> VotesOn(Reports const& reports,
                                              std::filesystem::path const& path);
 

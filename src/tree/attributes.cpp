@@ -1,0 +1,122 @@
+#include "tree/attributes.h"
+
+#include <sys/stat.h>
+#include <sys/xattr.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <map>
+#include <optional>
+#include <string>
+#include <utility>
+
+namespace tree {
+
+namespace {
+
+constexpr mode_t Permissions = 07777;
+
+using Values = std::map<std::string, std::string>;
+
+std::error_code LastError() {
+  return {errno, std::system_category()};
+}
+
+/// Calls `read(buffer, size)` with enough room for what it reads; nothing when it fails.
+template <typename Read>
+std::optional<std::string> ReadWhole(Read const& read) {
+  std::string bytes;
+  for (;;) {
+    const ssize_t wanted = read(nullptr, 0);
+    if (wanted <= 0) {
+      return wanted == 0 ? std::optional(bytes) : std::nullopt;
+    }
+    bytes.resize(static_cast<std::size_t>(wanted));
+    const ssize_t size = read(bytes.data(), bytes.size());
+    if (size >= 0) {
+      bytes.resize(static_cast<std::size_t>(size));
+      return bytes;
+    }
+    if (errno != ERANGE) {  // It has grown meanwhile.
+      return std::nullopt;
+    }
+  }
+}
+
+/// By name; the access list is one of them. Empty where the file system has none.
+std::error_code ReadExtended(int file, Values& values) {
+  const auto names =
+      ReadWhole([file](char* to, std::size_t size) { return ::flistxattr(file, to, size); });
+  if (!names) {
+    return errno == ENOTSUP ? std::error_code() : LastError();
+  }
+  for (std::size_t at = 0; at < names->size();) {
+    const std::string name = names->c_str() + at;
+    auto value = ReadWhole(
+        [&](char* to, std::size_t size) { return ::fgetxattr(file, name.c_str(), to, size); });
+    if (!value) {
+      return LastError();
+    }
+    values.emplace(name, std::move(*value));
+    at += name.size() + 1;
+  }
+  return {};
+}
+
+std::error_code CopyExtended(int from, int to) {
+  Values wanted;
+  Values there;
+  if (const std::error_code error = ReadExtended(from, wanted)) {
+    return error;
+  }
+  if (const std::error_code error = ReadExtended(to, there)) {
+    return error;
+  }
+  for (auto const& [name, value] : wanted) {
+    const auto found = there.find(name);
+    if ((found == there.end() || found->second != value) &&
+        ::fsetxattr(to, name.c_str(), value.data(), value.size(), 0) != 0) {
+      return LastError();
+    }
+  }
+  for (auto const& [name, value] : there) {
+    if (!wanted.contains(name) && ::fremovexattr(to, name.c_str()) != 0) {
+      return LastError();
+    }
+  }
+  return {};
+}
+
+}  // namespace
+
+std::error_code CopyAttributes(int from, int to) {
+  struct stat wanted{};
+  struct stat there{};
+  if (::fstat(from, &wanted) != 0 || ::fstat(to, &there) != 0) {
+    return LastError();
+  }
+  // In this order: a new owner takes special permissions away, and an access list sets some.
+  const bool isOwned = wanted.st_uid == there.st_uid && wanted.st_gid == there.st_gid;
+  if (!isOwned && ::fchown(to, wanted.st_uid, wanted.st_gid) != 0) {
+    return LastError();
+  }
+  if (const std::error_code error = CopyExtended(from, to)) {
+    return error;
+  }
+  if (::fstat(to, &there) != 0) {
+    return LastError();
+  }
+  const mode_t mode = wanted.st_mode & Permissions;
+  if ((there.st_mode & Permissions) == mode) {
+    return {};
+  }
+  if (::fchmod(to, mode) != 0 || ::fstat(to, &there) != 0) {
+    return LastError();
+  }
+  // A set-group-ID bit is left out without a word where the group is not the caller's.
+  return (there.st_mode & Permissions) == mode
+             ? std::error_code()
+             : std::make_error_code(std::errc::operation_not_permitted);
+}
+
+}  // namespace tree

@@ -1,0 +1,13 @@
+// What a file has beside its content.
+#pragma once
+
+#include <system_error>
+
+namespace tree {
+
+/// Gives one open file the owner, group, permissions, access list and other extended attributes of
+/// another, and takes away those that the other does not have. What is equal already is not
+/// touched. Returns why that is not possible.
+[[nodiscard]] std::error_code CopyAttributes(int from, int to);
+
+}  // namespace tree

@@ -1,0 +1,83 @@
+#include "tree/new_file.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstddef>
+#include <cstdio>
+#include <system_error>
+#include <utility>
+
+namespace tree {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::size_t BufferSize = std::size_t{64} * 1024;
+
+fs::path WrittenPath(fs::path const& path) {
+  std::error_code error;
+  const fs::file_type type = fs::symlink_status(path, error).type();
+  const bool isReplaced = type == fs::file_type::not_found || type == fs::file_type::regular;
+  return isReplaced ? fs::path(path.native() + ".part") : path;
+}
+
+}  // namespace
+
+NewFile::NewFile(fs::path path)
+    : m_path(std::move(path)),
+      m_written(WrittenPath(m_path)),
+      m_descriptor(::open(m_written.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666)) {
+  if (m_descriptor < 0) {
+    Fail();
+  }
+}
+
+NewFile::~NewFile() {
+  if (m_descriptor >= 0) {
+    ::close(m_descriptor);
+  }
+  if (!m_isFinished && m_written != m_path) {
+    ::unlink(m_written.c_str());
+  }
+}
+
+void NewFile::Write(std::string_view bytes) {
+  m_buffer += bytes;
+  if (m_buffer.size() >= BufferSize) {
+    WriteOut(m_buffer);
+    m_buffer.clear();
+  }
+}
+
+void NewFile::Finish() {
+  WriteOut(m_buffer);
+  m_buffer.clear();
+  // Some file systems tell only now that there was no room.
+  if (::close(std::exchange(m_descriptor, -1)) != 0) {
+    Fail();
+  }
+  if (m_written != m_path && std::rename(m_written.c_str(), m_path.c_str()) != 0) {
+    Fail();
+  }
+  m_isFinished = true;
+}
+
+void NewFile::Fail() const {
+  throw std::system_error(errno, std::system_category(), "cannot write " + m_path.string());
+}
+
+void NewFile::WriteOut(std::string_view bytes) {
+  while (!bytes.empty()) {
+    const ssize_t written = ::write(m_descriptor, bytes.data(), bytes.size());
+    if (written > 0) {
+      bytes.remove_prefix(static_cast<std::size_t>(written));
+    } else if (errno != EINTR) {
+      Fail();
+    }
+  }
+}
+
+}  // namespace tree

@@ -1,0 +1,38 @@
+// A file that is written beside its place, and put there once it is whole.
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+namespace tree {
+
+/// Is written under the name with ".part" appended, which Finish() takes away; so an older file
+/// stays until there is a new one, and nobody meets half of one. Unfinished, it is removed. A
+/// device, a pipe or a symbolic link that stands in the place is written to as it is.
+///
+/// What fails throws std::system_error with the path and the reason. For one thread.
+class NewFile {
+ public:
+  explicit NewFile(std::filesystem::path path);
+  ~NewFile();
+  NewFile(NewFile const&) = delete;
+  NewFile& operator=(NewFile const&) = delete;
+
+  void Write(std::string_view bytes);
+
+  /// To be called at the end.
+  void Finish();
+
+ private:
+  [[noreturn]] void Fail() const;
+  void WriteOut(std::string_view bytes);
+
+  std::filesystem::path m_path;
+  std::filesystem::path m_written;  ///< Where it is written; m_path itself for a device.
+  int m_descriptor;
+  bool m_isFinished = false;
+  std::string m_buffer;
+};
+
+}  // namespace tree

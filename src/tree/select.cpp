@@ -1,0 +1,57 @@
+#include "tree/select.h"
+
+#include <vector>
+
+#include "merge/writing/structured_report_writer.h"
+#include "tree/code_set.h"
+#include "tree/globs.h"
+#include "tree/new_file.h"
+#include "tree/new_file_stream.h"
+#include "tree/reports.h"
+
+namespace tree {
+
+namespace {
+
+class Selection {
+ public:
+  explicit Selection(Options const& options) : m_options(options), m_codes(options.codes) {}
+
+  [[nodiscard]] bool Takes(std::filesystem::path const& path) const {
+    return (m_options.paths.empty() || MatchesAny(m_options.paths, path)) &&
+           !MatchesAny(m_options.without, path);
+  }
+
+  [[nodiscard]] std::vector<Line> Cut(std::vector<Line> lines) const {
+    for (Line& line : lines) {
+      std::erase_if(line.markers, [this](Marker const& one) { return !m_codes.Holds(one.code); });
+    }
+    std::erase_if(lines, [](Line const& line) { return line.markers.empty(); });
+    return lines;
+  }
+
+ private:
+  Options const& m_options;
+  CodeSet m_codes;
+};
+
+}  // namespace
+
+void Select(Options const& options, Console& /*console*/) {
+  const Selection selection(options);
+  const Files agreed = ReadAgreed(options.reports, options.root);
+  Files selected;
+  for (File const& file : agreed.files) {
+    if (selection.Takes(file.path)) {
+      selected.files.insert(selected.files.end(),
+                            File{file.version, file.path, file.hash, selection.Cut(file.lines)});
+    }
+  }
+  selected.DeleteEmpty();
+  NewFile output(options.output);
+  NewFileStream stream(output);
+  WriteStructuredReport(selected.version, selected.files, stream);
+  output.Finish();
+}
+
+}  // namespace tree

@@ -1,0 +1,81 @@
+#include "tree/warnings.h"
+
+#include <cerrno>
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <stdexcept>
+#include <system_error>
+
+namespace tree {
+
+namespace {
+
+using nlohmann::json;
+
+constexpr int FormatVersion = 3;
+
+std::ifstream Open(std::filesystem::path const& report) {
+  std::ifstream stream(report, std::ios::binary);
+  if (!stream.is_open()) {
+    const std::error_code reason(errno, std::system_category());
+    throw std::runtime_error(reason == std::errc::no_such_file_or_directory
+                                 ? "no such warnings report: " + report.string()
+                                 : "cannot read the warnings report " + report.string() + ": " +
+                                       reason.message());
+  }
+  return stream;
+}
+
+}  // namespace
+
+/// Takes each warning off the tree as soon as the parser has it whole.
+class Warnings::Reader {
+ public:
+  explicit Reader(Warnings& warnings) : m_warnings(warnings) {}
+
+  void Read(std::ifstream& stream) {
+    const json report =
+        json::parse(stream, [this](int depth, json::parse_event_t event, json& value) {
+          return Take(depth, event, value);
+        });
+    if (report.at("version") != FormatVersion || !report.at("warnings").is_array()) {
+      throw std::runtime_error("another format");
+    }
+  }
+
+ private:
+  /// Whether the value stays in the tree.
+  bool Take(int depth, json::parse_event_t event, json& value) {
+    if (event == json::parse_event_t::key && depth == 1) {
+      m_isInWarnings = value == "warnings";
+    }
+    if (event != json::parse_event_t::object_end || depth != 2 || !m_isInWarnings) {
+      return true;
+    }
+    FoundWarning warning{Text(value.at("code")), Text(value.at("message")), {}};
+    for (json const& position : value.at("positions").get_ref<json::array_t const&>()) {
+      warning.places.push_back({Text(position.at("file")), position.at("line").get<std::uint32_t>(),
+                                position.at("endLine").get<std::uint32_t>()});
+    }
+    m_warnings.m_all.push_back(std::move(warning));
+    return false;
+  }
+
+  std::string const* Text(json const& text) {
+    return &*m_warnings.m_texts.insert(text.get_ref<std::string const&>()).first;
+  }
+
+  Warnings& m_warnings;
+  bool m_isInWarnings = false;
+};
+
+Warnings::Warnings(std::filesystem::path const& report) {
+  std::ifstream stream = Open(report);
+  try {
+    Reader(*this).Read(stream);
+  } catch (std::exception const&) {
+    throw std::runtime_error("not a warnings report: " + report.string());
+  }
+}
+
+}  // namespace tree
