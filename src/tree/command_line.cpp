@@ -13,6 +13,7 @@
 #include "tree/clean.h"
 #include "tree/explain.h"
 #include "tree/keep.h"
+#include "tree/page.h"
 #include "tree/preview.h"
 #include "tree/sarif.h"
 #include "tree/select.h"
@@ -43,6 +44,7 @@ constexpr CommandEntry Commands[] = {
     {"undo", Undo, "", 0, ""},
     {"keep", Keep, "", 0, ""},
     {"select", Select, "-o --code --path --without", 1, "REPORT..."},
+    {"page", Page, "-o", 1, "REPORT..."},
     {"sarif", Sarif, "", 1, "WARNINGS.json", false},
 };
 

@@ -25,6 +25,8 @@ std::string_view Usage() {
           REPORT...
       Write what the reports agree on, cut to some codes (V501, V600-V699) and
       to some paths, as a report for a cleanup.
+  page    -r ROOT -o FILE.html REPORT...
+      Write a page that shows what goes and what stays, and why; for a browser.
   sarif   WARNINGS.json
       Print a warnings report as SARIF 2.1.0.
 

@@ -1,0 +1,67 @@
+#include "tree/page_source_json.h"
+
+#include <algorithm>
+#include <format>
+#include <iterator>
+#include <string_view>
+#include <vector>
+
+#include "tree/marker_votes.h"
+#include "tree/page_string.h"
+
+namespace tree {
+
+namespace {
+
+/// An array of values that are JSON themselves.
+std::string ToJson(std::vector<std::string> const& values) {
+  std::string json = "[";
+  for (std::string const& value : values) {
+    json += json.size() > 1 ? "," : "";
+    json += value;
+  }
+  return json += "]";
+}
+
+std::string NameOf(std::uint64_t code) {
+  return '"' + CodesOf({Marker{.code = code, .columns = {}, .offsets = {}}}) + '"';
+}
+
+}  // namespace
+
+std::string PageSourceJson::Of(std::filesystem::path const& path, PageSource const& source,
+                               Reports const& reports) {
+  std::string json = "[";
+  AppendPageString(json, path.native());
+  std::format_to(std::back_inserter(json), ",{},[", static_cast<int>(source.state));
+  AppendLines(json, source, reports);
+  return json.append("],[").append(source.hunks).append("]]");
+}
+
+void PageSourceJson::AppendLines(std::string& json, PageSource const& source,
+                                 Reports const& reports) {
+  std::string_view comma;
+  auto place = source.places.begin();
+  for (LineVotes const& line : source.lines) {
+    const MarkerVotes votes(line, reports);
+    std::format_to(std::back_inserter(json), "{}{},{}", comma, line.line, line.markers.size());
+    for (Marker const& marker : line.markers) {
+      std::format_to(std::back_inserter(json), ",{},{},{},{}", place->begin, place->end,
+                     m_codes.NumberOf(marker.code), m_votes.NumberOf(votes.Of(marker)));
+      ++place;
+    }
+    comma = ",";
+  }
+}
+
+std::string PageSourceJson::Codes() const {
+  std::vector<std::string> names;
+  std::ranges::transform(m_codes.InOrder(), std::back_inserter(names), NameOf);
+  return ToJson(names);
+}
+
+std::string PageSourceJson::Votes() const {
+  return ToJson(m_votes.InOrder());
+}
+
+}  // namespace tree
