@@ -11,8 +11,7 @@ install(CODE "set(folders ${CMAKE_INSTALL_BINDIR} ${CMAKE_INSTALL_MANDIR}/man1
   ${CMAKE_INSTALL_DOCDIR} ${bash_completions_dir} ${QLN_ZSH_COMPLETIONS_DIR} ${fish_completions_dir})")
 install(SCRIPT cmake/make_readable_folders.cmake)
 
-install(TARGETS qln-fp-cleaner RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
-install(PROGRAMS companion/qln-fp-tree DESTINATION ${CMAKE_INSTALL_BINDIR})
+install(TARGETS qln-fp-cleaner qln-fp-tree RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 
 foreach(program qln-fp-cleaner qln-fp-tree)
   install(FILES man/${program}.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)

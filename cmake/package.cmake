@@ -10,8 +10,8 @@ merges the analyzer core's reports of such markers, keeps what every build
 configuration agrees on, and removes these markers from the sources, or writes
 a report of them for the IDE plugin or the blame notifier.
 .
-Its companion qln-fp-tree, which needs jq, checks reports before a run, shows
-what a run would change, and takes a run back.")
+Its companion qln-fp-tree checks reports before a run, tells why markers go or
+stay, shows what a run would change, and takes a run back.")
 set(CPACK_STRIP_FILES ON)
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
   OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
@@ -19,7 +19,6 @@ set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION devel)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_PACKAGE_RECOMMENDS jq)
 set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
 set(CPACK_PRE_BUILD_SCRIPTS ${PROJECT_SOURCE_DIR}/cmake/package_files.cmake)
 include(CPack)

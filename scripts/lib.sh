@@ -5,7 +5,6 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 clang_packages=(clang-19 libc++-19-dev libc++abi-19-dev)
 library_packages=(cmake ninja-build nlohmann-json3-dev libargs-dev googletest python3)
 build_packages=("${clang_packages[@]}" "${library_packages[@]}")
-demo_packages=(jq)
 sanitizer_packages=(libclang-rt-19-dev)
 fuzz_packages=("${sanitizer_packages[@]}" llvm-19)
 test_packages=(python3-jsonschema fish jq patch strace zsh)

@@ -65,8 +65,11 @@ class Cleaner {
   }
 
   [[nodiscard]] std::string WhyOther(File const& file, std::string const& failure) const {
-    return failure.empty() ? "came out other than it should: " + (m_root / file.path).string()
-                           : failure;
+    const std::string source = (m_root / file.path).string();
+    if (failure.empty()) {
+      return "came out other than it should: " + source;
+    }
+    return failure.find(source) == std::string::npos ? source + ": " + failure : failure;
   }
 
   [[nodiscard]] bool PutBack(File const& file) const {

@@ -1,10 +1,11 @@
-#include <csignal>
 #include <cstdlib>
 #include <exception>
 #include <filesystem>
+#include <system_error>
 
 #include "tree/command_line.h"
 #include "tree/console.h"
+#include "write_signals.h"
 
 namespace {
 
@@ -26,7 +27,7 @@ void Run(tree::Command const& command, tree::Console& console) {
 
 int main(int argc, char** argv) {
   // Work on files goes on when nobody reads any more what is printed of it.
-  std::signal(SIGPIPE, SIG_IGN);
+  LetWritesFailWithoutSignals();
   tree::Console console;
   int status = EXIT_SUCCESS;
   if (const auto command = tree::ParseCommandLine(argc, argv, console, status)) {

@@ -1,19 +1,18 @@
-"""qln-fp-tree: check, preview, undo, keep, sarif, and the recipe of its manual page."""
+"""qln-fp-tree: all that surrounds a cleanup. Its page has a test of its own."""
 
 import json
 import os
 import pathlib
-import re
-import shutil
+import random
+import resource
+import signal
 import subprocess
+import time
 import unittest
 
-import jsonschema
+from harness import BACKUP, PROGRAM, EndToEnd, record
 
-from harness import BACKUP, PROGRAM, EndToEnd, golden, record
-
-TOOL = pathlib.Path(__file__).parents[2] / "companion" / "qln-fp-tree"
-MANUAL = TOOL.parents[1] / "man" / "qln-fp-tree.1"
+TOOL = pathlib.Path(PROGRAM).with_name("qln-fp-tree")
 # Content, markers to remove, and what is left, by name.
 SOURCES = {
     "a b.cpp": (b"x  //-V501\ny //-V7\n", {1: [(501, 3, 10)]}, b"x  \ny //-V7\n"),
@@ -42,17 +41,18 @@ class Companion(EndToEnd):
             for name, (content, markers, _) in SOURCES.items()))
         self.expect(["merge", "-r", "root", "-o", "merged", self.raw])
 
-    def run_tool(self, *arguments):
+    def run_tool(self, *arguments, **options):
         """As run_program; sees to it that nothing stays in the temporary directory."""
         here = list(self.temp.iterdir())
-        done = subprocess.run([TOOL, *arguments], capture_output=True, cwd=self.scratch,
-                              env={**os.environ, "TMPDIR": str(self.temp)}, timeout=300)
-        self.assertEqual(list(self.temp.iterdir()), here)
+        done = subprocess.run([TOOL, *arguments], cwd=self.scratch, timeout=300, env={
+            **os.environ, "TMPDIR": str(self.temp)}, **{"capture_output": True, **options})
+        if arguments[:1] != ("clean",):
+            self.assertEqual(list(self.temp.iterdir()), here)
         return done.returncode, done.stdout, done.stderr
 
-    def expect_tool(self, arguments, status=0, out="", complaints=()):
+    def expect_tool(self, arguments, status=0, out="", complaints=(), **options):
         """Complaints may come in any order."""
-        got = self.run_tool(*arguments)
+        got = self.run_tool(*arguments, **options)
         self.assertEqual(got[:2], (status, out.encode()), got)
         # What jq itself says differs from one version of it to the next.
         said, wanted = (sorted(re.sub("(jq: )?(parse )?error.*", "an error of jq's", line)
@@ -64,42 +64,85 @@ class Companion(EndToEnd):
         version = self.run_program("--version")[1].decode()
         self.expect_tool(["--version"], out=version.replace("cleaner", "tree"))
         self.assertEqual(self.run_tool("keep", "-h"), (0, self.run_tool("--help")[1], b""))
-        wrong = "no such command, or not with these arguments: "
-        for line, why in (("", "no command"), ("-x", "unknown option -x"), ("x", wrong + "x"),
-                          ("undo", "undo needs -r ROOT"), ("keep -r", "-r needs a directory"),
-                          ("check", wrong + "check"), ("sarif a b", wrong + "sarif a b")):
+        for line, why in (
+                ("", "no command"), ("-x", "Flag could not be matched: 'x'"),
+                ("x", "no such command: x"), ("undo", "undo needs -r ROOT"),
+                ("keep -r", "Flag 'r' requires an argument but received none"),
+                ("check -r .", "check needs REPORT..."),
+                ("explain -r . f", "explain needs FILE[:LINE] REPORT..."),
+                ("select -r . x", "select needs -o FILE"), ("undo -r . x", "too many words for undo"),
+                ("undo -r . --list", "undo has no option --list"),
+                ("sarif a b", "too many words for sarif")):
             self.expect_tool(line.split(), 2, "", [why + "; see qln-fp-tree --help"])
-        self.expect_tool(["keep", "-r", "none"], 1, "", ["no such directory: none"])
-        # Without a name for the program it is the one beside.
-        beside = shutil.copy(TOOL, self.scratch)
-        (self.scratch / "qln-fp-cleaner").symlink_to(PROGRAM)
-        environment = {**os.environ, "QLN_FP_CLEANER": ""}
-        self.assertEqual(subprocess.check_output([beside, "-v"], env=environment),
-                         self.run_tool("-v")[1])
+        self.expect_tool(["-r", "none", "keep"], 1, "", ["no such directory: none"])
+        for command in "preview", "explain a", "select -o out":
+            self.expect_tool([*command.split(), "-r", "root", "none"], 1, "", [
+                "no such report: none"])
 
     def test_check(self):
-        self.expect_tool(["check", "-r", "root/", self.raw, "merged"], out="all is well\n")
+        looked_at = "2 reports, 4 sources, 6 markers; every source is named by every report\n"
+        self.expect_tool(["check", "-r", "root/", self.raw, "merged"],
+                         out="all is well\n" + looked_at)
         for name, text in ("blank", "\n \n"), ("none", "{]}\n"), ("cut", '{"path": 1'):
             (self.scratch / name).write_text(text)
+        os.mkfifo(self.scratch / "pipe")
         records = [record("root/" + name, b"", {}) for name in ("a b.cpp", "no", "x\ny", "d e")]
         records[3]["hash"] = "BAD"
         self.raw_report("wrong", *records)
         (self.root / "a b.cpp").write_bytes(b"")
-        self.expect_tool(["check", "-r", "root", "merged", "wrong", "gone", "root", "blank", "none",
-                          "cut"], 1, "", [
-            "not the source that was analyzed: root/a b.cpp", "no such source: ./root/no",
-            "no such source: ./root/d e", "report cut short, or not to be checked: wrong",
-            'jq: error (at wrong:3): control character in "root/x\\ny"', "no such report: gone",
+        self.expect_tool(["check", "-r", "root", "--list", "merged", "wrong", "gone", "root", "blank",
+                          "none", "cut", "pipe"], 1, """\
+8 reports, 7 sources, 6 markers; 7 sources not named by every report
+root/a b.cpp: not named by gone, root, blank, none, cut, pipe
+root/d e: not named by merged, gone, root, blank, none, cut, pipe
+root/d e/q'"$(f)\\n*.cpp: not named by wrong, gone, root, blank, none, cut, pipe
+root/last: not named by wrong, gone, root, blank, none, cut, pipe
+root/no: not named by merged, gone, root, blank, none, cut, pipe
+root/only: not named by wrong, gone, root, blank, none, cut, pipe
+root/x\\ny: not named by merged, gone, root, blank, none, cut, pipe
+""", [
+            "not the source that was analyzed: root/a b.cpp", "no such source: root/no",
+            "no such source: root/x\\ny", "no such source: root/d e", "no such report: gone",
             "no such report: root", "empty report: blank",
             f"Parsing error for file '{self.scratch}/none'.",
             "report cut short, or not to be checked: cut",
-            "parse error: Unfinished JSON term at EOF at line 1, column 10"])
+            "report is no regular file, and may be readable only once: pipe"])
+
+    def test_check_of_what_else_would_go_wrong(self):
+        marked, markers = b"//-V5\n", {1: [(5, 0, 5)]}
+        self.source("../out/x", marked)
+        (self.root / "link").symlink_to("../out")
+        (self.root / "y").symlink_to("../out/x")
+        report = self.structured_report("outside", *(
+            record("|?|/" + name, marked, markers) for name in ("link/x", "y", "../out/x")))
+        self.expect_tool(["check", "-r", "root", report], 1, "1 report, 3 sources, 3 markers; every "
+                         "source is named by every report\n", [
+            f"source outside the root: root/{name}" for name in ("link/x", "y", "../out/x")])
+        self.temp.chmod(0o500)
+        (self.root / "d e").chmod(0o555)
+        (self.root / "last").chmod(0)
+        self.addCleanup((self.root / "d e").chmod, 0o700)
+        user = {"user": 12345} if os.geteuid() == 0 else {}
+        for folder in self.scratch, self.root:
+            folder.chmod(0o755)
+        self.assertEqual(sorted(self.run_tool("check", "-r", "root", "merged", **user)[2].decode()
+                                .replace("qln-fp-tree: ", "").splitlines()), sorted([
+            "source that may not be read: root/last", "folder that may not be written: root/d e",
+            *(["folder that may not be written: root"] if user else []),
+            f"temporary directory that may not be written: {self.temp}"]))
 
     def test_preview(self):
         for report in self.raw, "merged":
             status, patch, errors = self.run_tool("preview", report, "--sourcetree-root=root/")
             self.assertEqual((status, errors, patch[:len(PATCH)]), (0, b"", PATCH))
             self.assertEqual(self.tree(), BEFORE)
+        self.expect_tool(["preview", "--stat", "-r", "root", "merged"], out="""\
+a b.cpp: 1 marker on 1 line
+d e/q'"$(f)\\n*.cpp: 3 markers on 2 lines
+last: 1 marker on 1 line
+only: 1 marker on 1 line
+4 files, 6 markers on 5 lines
+""")
         subprocess.run(["patch", "-s", "-p1", "-d", self.root], input=patch, check=True)
         self.assertEqual(self.tree(), CLEANED)
 
@@ -114,20 +157,48 @@ class Companion(EndToEnd):
             *(f"Hash mismatch for file './root/{name}'." for name in ("a b.cpp", "no"))])
         self.assertEqual((self.tree(), outside.read_bytes()), (BEFORE, b"//-V5\n"))
 
+    def test_preview_is_what_diff_prints(self):
+        chance = random.Random(1)
+        for number in range(150):
+            lines = [b"%d" % n + chance.choice([b"", b"//-V5", b" //-V5//-V6 x"]) * (
+                chance.random() < 0.2) for n in range(chance.randrange(1, 60))]
+            content = b"\n".join(lines) + chance.choice([b"\n", b""])
+            markers = {n: [(5, line.index(b"//"), line.index(b"//") + 5)]
+                       for n, line in enumerate(lines, 1) if b"//" in line}
+            self.source("x", content)
+            self.source("y", content.replace(b"//-V5", b""))
+            self.raw_report("one", record("root/x", content, markers))
+            wanted = subprocess.run(["diff", "-u", "-L", "a/x", "-L", "b/x", "x", "y"],
+                                    cwd=self.root, capture_output=True).stdout
+            self.assertEqual(self.run_tool("preview", "-r", "root", "one"), (0, wanted, b""), number)
+
     def test_undo_and_keep(self):
         owner = 12345 if os.geteuid() == 0 else os.geteuid()  # Only root may give files away.
+        # user::rwx user:12345:rwx group::r-- mask::rwx other::r-x, as the system keeps it.
+        access_list = bytes.fromhex("02000000" "01000700ffffffff" "0200070039300000"
+                                    "04000400ffffffff" "10000700ffffffff" "20000500ffffffff")
+        attributes = {"system.posix_acl_access": access_list, "user.origin": b"\0here"}
         for command, said, left in ("undo", "put back", BEFORE), ("keep", "kept", CLEANED):
             self.expect(["cleanup", "-r", "root", "merged"])
             for name in SOURCES:
-                os.chown(self.root / (name + BACKUP), owner, -1)
-                (self.root / (name + BACKUP)).chmod(0o4751)
-            self.expect_tool([command, "-r", "root"],
-                             out="".join(f"{said}: root/{name}\n" for name in SOURCES))
+                path = self.root / (name + BACKUP)
+                os.chown(path, owner, -1)
+                path.chmod(0o1754)
+                if name == "last":
+                    for key, value in attributes.items():
+                        os.setxattr(path, key, value)
+            self.expect_tool([command, "-r", "root"], out="".join(
+                f"{said}: root/{name}\n" for name in SOURCES) + f"4 files {said}\n")
             self.assertEqual(self.tree(), left)
             for name in SOURCES:
-                status = (self.root / name).stat()
-                self.assertEqual((status.st_mode & 0o7777, status.st_uid), (0o4751, owner))
-            self.expect_tool([command, "-r", "root"])
+                path = self.root / name
+                mode, wanted = (0o1775, attributes) if name == "last" else (0o1754, {})
+                self.assertEqual((oct(path.stat().st_mode & 0o7777), path.stat().st_uid), (
+                    oct(mode), owner))
+                self.assertEqual({key: os.getxattr(path, key) for key in os.listxattr(path)}, wanted)
+                path.chmod(0o644)
+            self.expect_tool([command, "-r", "root"],
+                             out="nothing to keep\n" if command == "keep" else "nothing to put back\n")
 
     def test_undo_and_keep_refuse(self):
         elsewhere = self.source("../out/x" + BACKUP, b"").with_name("x")
@@ -135,20 +206,123 @@ class Companion(EndToEnd):
         (self.root / "link").symlink_to(elsewhere.parent)
         (self.root / ("s" + BACKUP)).symlink_to("a b.cpp")
         (self.root / ("d" + BACKUP)).mkdir()
-        self.source("gone" + BACKUP, b"")
-        complaints = ["source of the backup is gone, or no regular file: root/gone",
+        (self.root / "folder").mkdir()
+        original = b"a //-V5 b //-V6\nc //-V7\n"
+        cut = [b"", b"a  b //-V6\n", b"a  b \nc", b"a  b //-V6\nc //-V7", b"a //", b"a //-V5 b //-V"]
+        changed = [
+            b"a  b \nc \n//-V8\n", b"a //-V6 b //-V6\nc //-V7\n", b"A  b \nc \n", b"a  b \nc //-V77\n",
+            b"a  b \nc //-V7\n\n", b"a  b \nc //-V7 //-V7\n", b"a b \nc \n", b"a //-V b //-V6\nc "]
+        for number, content in enumerate(cut):
+            self.source(f"cut{number}" + BACKUP, original)
+            self.source(f"cut{number}", content)
+        for number, content in enumerate(changed):
+            self.source(f"changed{number}" + BACKUP, original)
+            self.source(f"changed{number}", content)
+        for name in "gone", "folder":
+            self.source(name + BACKUP, original)
+        has_changed = "source has changed since the cleanup: root/"
+        is_gone = "source of the backup is gone, or no regular file: root/"
+        complaints = [is_gone + "folder", *(has_changed + f"changed{i}" for i in range(len(changed))),
                       *(f"backup is no regular file: root/{name}{BACKUP}" for name in "ds")]
-        for number, changed in enumerate((
-                b"", b"a  b //-V6\n", b"a  b \nc", b"a  b //-V6\nc //-V7", b"a  b \nc \n//-V8\n",
-                b"a //-V6 b //-V6\nc //-V7\n", b"A  b \nc \n", b"a  b \nc //-V77\n",
-                b"a  b \nc //-V7\n\n", b"a  b \nc //-V7 //-V7\n", b"a b \nc \n")):
-            self.source(f"changed{number}" + BACKUP, b"a //-V5 b //-V6\nc //-V7\n")
-            self.source(f"changed{number}", changed)
-            complaints.append(f"source has changed since the cleanup: root/changed{number}")
         before = self.tree()
-        for command in "undo", "keep":
-            self.expect_tool([command, "-r", "root"], 1, "", complaints)
-            self.assertEqual(self.tree(), before)
+        self.expect_tool(["keep", "-r", "root"], 1, "0 files kept, 18 refused\n", [
+            *complaints, is_gone + "gone", *(has_changed + f"cut{i}" for i in range(len(cut)))])
+        self.assertEqual(self.tree(), before)
+        back = [*(f"cut{i}" for i in range(len(cut))), "gone"]
+        self.expect_tool(["undo", "-r", "root"], 1, "".join(
+            f"put back: root/{name}\n" for name in back) + "7 files put back, 11 refused\n", complaints)
+        for name in back:
+            del before[name + BACKUP]
+            before[name] = original
+        self.assertEqual(self.tree(), before)
+
+    def test_many_markers_on_one_line(self):
+        self.source("x" + BACKUP, b"//-V501 //-V501" * 20_000)
+        self.source("x", b" //-V501" * 20_000)
+        began = time.monotonic()
+        self.expect_tool(["keep", "-r", "root"], out="kept: root/x\n1 file kept\n")
+        self.assertLess(time.monotonic() - began, 5)
+
+    def test_outputs_that_fail(self):
+        self.expect(["cleanup", "-r", "root", "merged"])
+        with open("/dev/full", "wb") as full:
+            self.assertEqual(self.run_tool("undo", "-r", "root", capture_output=False, stdout=full,
+                                           stderr=subprocess.PIPE)[::2], (
+                1, b"qln-fp-tree: cannot write the standard output: No space left on device\n"))
+        self.assertEqual(self.tree(), BEFORE)
+        for command in ["preview", "-r", "root", "merged"], ["undo", "-r", "root"]:
+            if command[0] == "undo":
+                self.expect(["cleanup", "-r", "root", "merged"])
+            reader, writer = os.pipe()
+            os.close(reader)
+            self.assertEqual(self.run_tool(*command, capture_output=False, stdout=writer,
+                                           stderr=subprocess.PIPE)[::2], (1, b""))
+            os.close(writer)
+        self.assertEqual(self.tree(), BEFORE)
+        self.expect_tool(["select", "-r", "root", "-o", "/dev/full", "merged"], 1, "", [
+            "cannot write /dev/full: No space left on device"])
+
+    def test_explain_against_every_line_looked_up(self):
+        chance = random.Random(2)
+        for _ in range(40):
+            reports = []
+            for number in range(3):
+                lines = {line: chance.choice([[(5, 0, 5)], [(6, 0, 5)], [(5, 0, 5), (6, 6, 11)]])
+                         for line in range(1, 6) if chance.random() < 0.7}
+                files = [record("root/x" if number != 1 else "|?|/x", b"", lines)]
+                make = self.structured_report if number == 1 else self.raw_report
+                reports.append(make(f"r{number}", *files[:chance.random() < 0.8]))
+            goes = {line: " ".join(f"V00{code}" for code in codes)
+                    for line, codes in self.merged(*reports).get("|?|/x", {}).items()}
+            named = {}
+            for name in reports:
+                text = (self.scratch / name).read_text()
+                listed = json.loads(text) if text else []
+                for file in listed.get("files", [listed]) if listed else []:
+                    named[name] = {line["line"]: line["markers"] for line in file["lines"]}
+            status, out, errors = self.run_tool("explain", "-r", "root", "x", *reports)
+            if not named:
+                self.assertEqual((status, errors), (1, b"qln-fp-tree: no report names x\n"))
+                continue
+            entries = [entry.split("\n") for entry in out.decode().split("root/x:")[1:]]
+            said = [entry[0].split(": ") for entry in entries]
+            self.assertEqual({int(line): what.removesuffix(" goes") for line, what in said
+                              if what.endswith(" goes")}, goes)
+            self.assertEqual({int(line) for line, _ in said}, set().union(*named.values()))
+            for (line, _), entry in zip(said, entries):
+                for name, vote in zip(reports, entry[1:]):
+                    wanted = ("does not name the file" if name not in named else
+                              "does not list the line" if int(line) not in named[name] else "lists ")
+                    self.assertIn(f"    {name}: {wanted}", vote)
+
+    def test_explain(self):
+        self.raw_report("less", record("root/last", BEFORE["last"], {}))
+        self.expect_tool(["explain", "-r", "root", "root/last:2", "merged", "less"], out="""\
+root/last:2: V005 stays
+    merged: lists it
+    less: does not list the line
+    | //-V5
+""")
+        self.expect_tool(["explain", "-r", "root", "last:1", "merged"], out="""\
+root/last:1: listed by no report, and so left as it is
+    | x
+""")
+
+    def test_select(self):
+        self.raw_report("all", *(record("root/" + name, b"", {
+            1: [(501, 0, 7), (502, 8, 15)], 2: [(6, 0, 5)], 3: [(600, 0, 7), (None, 8, 12)],
+            4: [(699, 0, 7), (700, 8, 15)]}) for name in ("a/b.h", "a/c/b.cpp", "b.h")))
+        everything = {1: [501, 502], 2: [6], 3: [600, None], 4: [699, 700]}
+        for arguments, names, lines in (
+                ("--code V501,V600-V699", "a/b.h a/c/b.cpp b.h", {1: [501], 3: [600], 4: [699]}),
+                ("--code V6 --code V502", "a/b.h a/c/b.cpp b.h", {1: [502], 2: [6]}),
+                ("--path *.h", "a/b.h b.h", everything), ("--path a", "a/b.h a/c/b.cpp", everything),
+                ("--path **/b.h --without a/", "b.h", everything),
+                ("--path a/**/b.*", "a/b.h a/c/b.cpp", everything), ("--code V1", "", {})):
+            self.expect_tool(["select", "-r", "root", "-o", "out", *arguments.split(), "all"])
+            self.assertEqual(self.merged("out"), {"|?|/" + name: lines for name in names.split()})
+        self.expect_tool(["select", "-r", "root", "-o", "x", "--code", "V5,x", "all"], 1, "", [
+            "no code, and no range of codes: x"])
 
     def test_sarif(self):
         markers = {3: [(5, 0, 5), (501, 6, 13)], 0: [(5, 0, 5)]}
@@ -156,37 +330,85 @@ class Companion(EndToEnd):
         self.expect(["report", "-o", "out", "in"])
         status, log, errors = self.run_tool("sarif", "out")
         self.assertEqual((status, errors), (0, b""))
-        log = json.loads(log)
-        jsonschema.Draft202012Validator(json.loads(golden("sarif-schema-2.1.0.json"))).validate(log)
-        rules = [rule["id"] for rule in log["runs"][0]["tool"]["driver"]["rules"]]
-        self.assertEqual(rules, ["V005", "V501"])
+        run, = json.loads(log)["runs"]
+        rules = run["tool"]["driver"]["rules"]
+        self.assertEqual([rule["id"] for rule in rules], ["V005", "V501"])
+        for text in "shortDescription", "fullDescription", "help":
+            self.assertIn("V005", rules[0][text]["text"])
         line3, uri = {"startLine": 3, "endLine": 3}, "d%20e/%C3%A4%25%3A.cpp"
         found = [(one["ruleId"], one["ruleIndex"], place.get("region"),
-                  place["artifactLocation"]["uri"]) for one in log["runs"][0]["results"]
+                  place["artifactLocation"]["uri"]) for one in run["results"]
                  for place in [one["locations"][0]["physicalLocation"]]]
         self.assertEqual(found, [("V005", 0, line3, uri), ("V501", 1, line3, uri),
                                  ("V005", 0, None, uri)])
         (self.scratch / "two").write_bytes((self.scratch / "out").read_bytes() * 2)
-        for name in "in", "two", "gone":
-            self.expect_tool(["sarif", name], 1, "", ["no such warnings report: " + name])
+        for name in "in", "two", "root":
+            self.expect_tool(["sarif", name], 1, "", ["not a warnings report: " + name])
+        self.expect_tool(["sarif", "gone"], 1, "", ["no such warnings report: gone"])
+        with open("/dev/full", "wb") as full:
+            self.assertIn(b"cannot write", self.run_tool(
+                "sarif", "out", capture_output=False, stdout=full, stderr=subprocess.PIPE)[2])
+        self.structured_report("in", record("x", b"", {n: [(5, 0, 5)] for n in range(25_001)}))
+        self.expect(["report", "-o", "out", "in"])
+        runs = json.loads(self.run_tool("sarif", "out")[1])["runs"]
+        self.assertEqual([len(run["results"]) for run in runs], [25_000, 1])
+        self.assertEqual(len({run["automationDetails"]["id"] for run in runs}), 2)
 
-    def test_the_recipe_for_some_codes(self):
-        blocks = re.findall(r"^\.nf\n\.RS\n(.*?)^\.RE", MANUAL.read_text(), re.M | re.S)
-        recipe, = (block for block in blocks if "jq" in block)
-        content = b"//-V501 //-V502\n//-V6\n//-V600 //-V\n//-V699 //-V700\n"
-        records = [record("a.cpp", content, {
-            1: [(501, 0, 7), (502, 8, 15)], 2: [(6, 0, 5)], 3: [(600, 0, 7), (None, 8, 12)],
-            4: [(699, 0, 7), (700, 8, 15)]}), record("b.cpp", b"//-V7\n", {1: [(7, 0, 5)]})]
-        self.source("a.cpp", content)
-        for name in "linux.json", "windows.json":
-            self.raw_report("root/" + name, *records)
-        path = os.path.dirname(PROGRAM) + os.pathsep + os.environ["PATH"]
-        subprocess.run(["sh", "-e", "-c", recipe.replace(r"\(aq", "'").replace(r"\-", "-")],
-                       cwd=self.root, env={**os.environ, "PATH": path, "TMPDIR": str(self.temp)},
-                       check=True)
-        self.assertEqual(self.tree()["a.cpp"], b" //-V502\n//-V6\n //-V\n //-V700\n")
-        selected = json.loads(self.tree()["selected.json"])["files"]
-        self.assertEqual([[one["line"] for one in file["lines"]] for file in selected], [[1, 3, 4]])
+    def test_clean(self):
+        done = "4 files cleaned, 6 markers removed, 0 files refused\n"
+        for _ in range(2):  # Where all is done already, nothing is done.
+            self.expect_tool(["clean", "-r", "root", self.raw], out=done)
+            self.assertEqual(self.tree(), {**CLEANED, **{name + BACKUP: content
+                                                         for name, content in BEFORE.items()}})
+        self.source("last", b"")  # As an interruption leaves it.
+        (self.root / "only").unlink()
+        self.expect_tool(["clean", "-r", "root", "--keep", "merged"], out=done + "".join(
+            f"kept: root/{name}\n" for name in SOURCES) + "4 files kept\n")
+        self.assertEqual(self.tree(), CLEANED)
+
+    def test_clean_refuses(self):
+        self.source("only", b"changed")
+        self.expect_tool(["clean", "-r", "root", "merged"], 1, "", [
+            "not the source that was analyzed: root/only", "nothing was cleaned"])
+        self.source("only", BEFORE["only"])
+        self.assertEqual(self.tree(), BEFORE)
+        # As if the disk were full behind the first twenty bytes of a file.
+        big = b"//-V5" + b"x" * 40
+        self.source("big", big)
+        report = self.raw_report("with big", record("root/big", big, {1: [(5, 0, 5)]}), record(
+            "root/only", *SOURCES["only"][:2]))
+        limits = {"preexec_fn": lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (20, 20))}
+        status, out, errors = self.run_tool("clean", "-r", "root", "--keep", report, **limits)
+        self.assertEqual((status, out), (1, b"1 file cleaned, 1 marker removed, 1 file refused\n"))
+        self.assertRegex(errors.decode(), r"root/big.*\n.*backups stay, because files were refused")
+        self.assertEqual(self.tree(), {**BEFORE, "big": big, "only": b"", "only" + BACKUP: b"//-V5"})
+
+    def test_interrupted_at_random_moments(self):
+        chance = random.Random(3)
+        before = {f"{n % 7}/{n}.cpp": b"%d //-V501\n" % n + b"text\n" * 500 for n in range(400)}
+        cleaned = {name: text.replace(b"//-V501", b"") for name, text in before.items()}
+        for path in self.tree():
+            (self.root / path).unlink()
+        for name, content in before.items():
+            self.source(name, content)
+        self.raw_report("many", *(record("root/" + name, text, {
+            1: [(501, text.index(b"//"), text.index(b"//") + 7)]}) for name, text in before.items()))
+        clean, undo, keep = (["clean", "-r", "root", "many"], ["undo", "-r", "root"],
+                             ["keep", "-r", "root"])
+        for commands, left in (([clean, undo], before), ([clean, keep], cleaned)):
+            for command in commands:
+                for _ in range(6):
+                    run = subprocess.Popen([TOOL, *command], cwd=self.scratch, stdout=subprocess.DEVNULL,
+                                           env={**os.environ, "TMPDIR": str(self.temp)})
+                    time.sleep(chance.random() * 0.03)
+                    run.send_signal(chance.choice([signal.SIGINT, signal.SIGTERM, signal.SIGKILL]))
+                    run.wait()
+                    tree = self.tree()
+                    for name, content in before.items():
+                        self.assertIn(content, (tree.get(name), tree.get(name + BACKUP), (
+                            content if command is keep and tree.get(name) == cleaned[name] else 0)))
+                self.assertEqual(self.run_tool(*command)[::2], (0, b""), command)
+            self.assertEqual(self.tree(), left)
 
 
 if __name__ == "__main__":

@@ -72,15 +72,17 @@ def words_of_help():
     # The help of a command does not list the option that prints it.
     words = {command: options_of(help_of(PROGRAM, command)) | {"-h", "--help"}
              for command in re.findall(r"^ {6}(\w+)  ", top, re.MULTILINE)}
-    tree = help_of(PROJECT / "companion" / "qln-fp-tree")
-    root = options_of(re.search(r"^  -r, .*", tree, re.MULTILINE).group())
-    tree_words = {command: root if rest.startswith("-r ") else set()
-                  for command, rest in re.findall(r"^  (\w+) +(.*)", tree, re.MULTILINE)}
+    tree = help_of(pathlib.Path(PROGRAM).with_name("qln-fp-tree"))
+    # Each command with its lines, then each option with its two names.
+    long_forms = dict(re.findall(r"^  (-\w), (--[\w-]+)", tree, re.MULTILINE))
+    tree_words = {command: {word for option in options_of(rest)
+                            for word in (option, long_forms.get(option, option))}
+                  for command, rest in re.findall(r"^  (\w+) +(.*\n(?: {6}.*\n)+)", tree, re.MULTILINE)}
+    of_none = set(long_forms.items()) - {(one, long_forms[one]) for one in ("-r", "-o")}
     return {
         "qln-fp-cleaner ": set(words), "qln-fp-cleaner -": options_of(top),
         **{f"qln-fp-cleaner {command} -": options for command, options in words.items()},
-        "qln-fp-tree ": set(tree_words),
-        "qln-fp-tree -": options_of(tree) - set().union(*tree_words.values()),
+        "qln-fp-tree ": set(tree_words), "qln-fp-tree -": set().union(*of_none),
         **{f"qln-fp-tree {command} -": options for command, options in tree_words.items()}}
 
 
@@ -113,7 +115,8 @@ class Completions(EndToEnd):
             ("merge ", "report -r sub ", "cleanup -o out "): {"one.json", "sub"},
             ("merge -o ", "report --output-file "): {"one.json", "two.txt", "sub"},
             ("merge -r ", "cleanup --sourcetree-root=", "report one.json -r s"): {"sub"}}
-        of_tree = {("check ", "sarif ", "preview -r sub "): {"one.json", "sub"},
+        of_tree = {("check ", "sarif ", "preview -r sub ", "select "): {"one.json", "sub"},
+                   ("explain ", "select -o ", "page --output-file="): {"one.json", "two.txt", "sub"},
                    ("check -r ", "keep -r s", "undo --sourcetree-root="): {"sub"}}
         self.expect_offers({f"qln-fp-{program} {line}": found
                             for program, table in (("cleaner", wanted), ("tree", of_tree))

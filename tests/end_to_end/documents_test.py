@@ -45,7 +45,8 @@ class Documents(EndToEnd):
         self.assertGreater(len(blocks), 10)
         script = "".join(f"{commands}printf '\\036'\n" for commands, _ in blocks)
         # The build that is tested, in place of the release.
-        (self.scratch / "qln-fp-cleaner").symlink_to(PROGRAM)
+        for name in "qln-fp-cleaner", "qln-fp-tree":
+            (self.scratch / name).symlink_to(pathlib.Path(PROGRAM).with_name(name))
         script = script.replace("$PWD/build/release", str(self.scratch))
         done = subprocess.run(["bash", "-eu"], input=script, cwd=PROJECT, text=True, timeout=300,
                               env={**os.environ, "TMPDIR": str(self.temp)},
