@@ -157,6 +157,7 @@ class SarifWriter {
                             "and will hide the next {} on its line.",
                             code));
     m_json.Text("id", code);
+    m_json.Text("name", std::format("RedundantMarker{}", code));
     WriteObject("shortDescription", "text",
                 std::format("Redundant false alarm marker for {}.", code));
     m_json.EndObject();

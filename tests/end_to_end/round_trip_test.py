@@ -3,9 +3,11 @@
 import pathlib
 import random
 import re
+import shutil
+import subprocess
 import unittest
 
-from harness import BACKUP, EndToEnd, record
+from harness import BACKUP, PROGRAM, EndToEnd, record
 from schemas import validate
 
 INSTALLED = ("/usr/include", "/usr/lib/llvm-19/include/c++", "/usr/src/googletest")
@@ -60,6 +62,15 @@ class Planted:
 
 
 class RoundTrip(EndToEnd):
+    def expect_patch(self, planted):
+        """The companion's patch makes of a copy what a cleanup makes of the tree."""
+        tool = pathlib.Path(PROGRAM).with_name("qln-fp-tree")
+        patch = subprocess.check_output([tool, "preview", "-r", "root", "merged"], cwd=self.scratch)
+        patched = shutil.copytree(self.root, self.scratch / "patched")
+        subprocess.run(["patch", "-s", "-p1", "--binary", "-d", patched], input=patch, check=True)
+        self.assertEqual([name for name, file in planted.items()
+                          if (patched / name).read_bytes() != file.expected], [])
+
     def test_real_headers(self):
         chance = random.Random(SEED)
         headers = real_headers()
@@ -82,6 +93,7 @@ class RoundTrip(EndToEnd):
         warnings = validate(self.scratch / "warnings", "warnings-report")["warnings"]
         self.assertEqual(len(warnings), sum(len(line["markers"]) for file in merged["files"]
                                             for line in file["lines"]))
+        self.expect_patch(planted)
         self.expect(["cleanup", "-r", "root", "merged"])
 
         expected = {}
