@@ -8,6 +8,8 @@
 
 #include "cleaner/marks_filter.h"
 #include "cleaner/source_file.h"
+#include "merge/hashing/sha1.h"
+#include "tree/restored_source.h"
 #include "tree/source_window.h"
 
 namespace tree {
@@ -58,12 +60,29 @@ File RecordOfBackup(File const& file) {
   return backup;
 }
 
+/// A cleaned source without a backup is one that was kept.
+bool IsKept(File const& file, fs::path const& source) {
+  SourceFile opened(source);
+  std::string cleaned(opened.IsOpen() ? opened.Size() : 0, '\0');
+  if (!opened.IsOpen() || !opened.Read(cleaned)) {
+    return false;
+  }
+  const auto before = Restored(cleaned, file.lines);
+  SHA1 sha1;
+  sha1.add(before ? before->data() : nullptr, before ? before->size() : 0);
+  return before && sha1.getHash() == file.hash;
+}
+
 }  // namespace
 
 CleanedState StateOf(File const& file, fs::path const& root) {
   const File backup = RecordOfBackup(file);
   std::error_code ignored;
-  if (fs::symlink_status(root / backup.path, ignored).type() != fs::file_type::regular) {
+  const fs::file_type type = fs::symlink_status(root / backup.path, ignored).type();
+  if (type == fs::file_type::not_found && IsKept(file, root / file.path)) {
+    return CleanedState::AsItShouldBe;
+  }
+  if (type != fs::file_type::regular) {
     return CleanedState::Other;
   }
   try {

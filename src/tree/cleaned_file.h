@@ -9,7 +9,8 @@
 namespace tree {
 
 enum class CleanedState : std::uint8_t {
-  AsItShouldBe,  ///< The backup is the source that was analyzed, and the source is that, cleaned.
+  AsItShouldBe,  ///< The source is the one that was analyzed, cleaned; so its backup says, or,
+                 ///< where that is deleted, its hash with the markers put back.
   BrokenOff,     ///< The backup is; the source is a beginning of what it should be, or gone.
   Other,         ///< Nothing is known of it.
 };

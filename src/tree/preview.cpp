@@ -29,7 +29,7 @@ struct Previewed {
 /// A patch is applied in the root, and one line of it holds the name.
 bool CanBeNamed(fs::path const& path) {
   return !path.empty() && path != "." && !path.is_absolute() && !HoldsControl(path.native()) &&
-         std::ranges::find(path, "..") == path.end();
+         std::ranges::none_of(path, [](fs::path const& part) { return part == ".."; });
 }
 
 Previewed PreviewOne(File const& file, fs::path const& root) {

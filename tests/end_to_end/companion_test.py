@@ -365,6 +365,7 @@ root/last:1: listed by no report, and so left as it is
         self.expect_tool(["clean", "-r", "root", "--keep", "merged"], out=done + "".join(
             f"kept: root/{name}\n" for name in SOURCES) + "4 files kept\n")
         self.assertEqual(self.tree(), CLEANED)
+        self.expect_tool(["clean", "-r", "root", "--keep", "merged"], out=done + "nothing to keep\n")
 
     def test_clean_refuses(self):
         self.source("only", b"changed")
@@ -394,8 +395,8 @@ root/last:1: listed by no report, and so left as it is
         self.raw_report("many", *(record("root/" + name, text, {
             1: [(501, text.index(b"//"), text.index(b"//") + 7)]}) for name, text in before.items()))
         clean, undo, keep = (["clean", "-r", "root", "many"], ["undo", "-r", "root"],
-                             ["keep", "-r", "root"])
-        for commands, left in (([clean, undo], before), ([clean, keep], cleaned)):
+                             ["clean", "-r", "root", "--keep", "many"])
+        for commands, left in (([clean, undo], before), ([keep], cleaned)):
             for command in commands:
                 for _ in range(6):
                     run = subprocess.Popen([TOOL, *command], cwd=self.scratch, stdout=subprocess.DEVNULL,
