@@ -12,16 +12,22 @@ function drawSums() {
     bar(goes, stays, Math.max(1, markers.count)));
 }
 
+function addGoing(sum, file) {
+  const { first, bits } = markers;
+  return sum + bits.slice(first[file], first[file + 1]).filter((known) => known & GOES).length;
+}
+
 function drawNotices() {
   const notice = (text) => byId('notices').append(make('p', { className: 'notice' }, text));
   const silent = data.reports.filter(([, named]) => named === 0).map(([path]) => visible(path));
   if (silent.length > 0) {
     notice(`${listed(silent)} ${silent.length === 1 ? 'names' : 'name'} no file at all. Is the name right, and the report whole?`);
   }
-  const bad = files.filter((file) => file.state > 0).length;
-  if (bad > 0) {
-    notice(`${count(bad, 'source')} ${bad === 1 ? 'is' : 'are'} missing or not as analyzed. ` +
-      'A cleanup passes them over, whatever is said to go there.');
+  const bad = [...files.keys()].filter((file) => files[file].state > 0);
+  if (bad.length > 0) {
+    const [are, them] = bad.length === 1 ? ['is', 'it'] : ['are', 'them'];
+    notice(`${count(bad.length, 'source')} ${are} missing or not as analyzed. A cleanup passes ` +
+      `${them} over, with ${count(bad.reduce(addGoing, 0), 'marker')} said to go here.`);
   }
 }
 

@@ -66,7 +66,8 @@ function both(one, many, rest) {
 // "a.json and b.json list it."
 function sentences(says, amount) {
   const form = amount === 1 ? 0 : 1;
-  return [...new Set(says)].map((said) => {
+  const order = (said) => Object.keys(WORDS).indexOf(said[0]);
+  return [...new Set(says)].sort((one, other) => order(one) - order(other)).map((said) => {
     const words = WORDS[said[0]](said.slice(1));
     const who = reportNames.filter((name, report) => says[report] === said);
     if (who.length > 1 && who.length === says.length) {
