@@ -54,11 +54,8 @@ class Companion(EndToEnd):
         """Complaints may come in any order."""
         got = self.run_tool(*arguments, **options)
         self.assertEqual(got[:2], (status, out.encode()), got)
-        # What jq itself says differs from one version of it to the next.
-        said, wanted = (sorted(re.sub("(jq: )?(parse )?error.*", "an error of jq's", line)
-                               for line in lines) for lines in (
-            got[2].decode().splitlines(), ["qln-fp-tree: " + line for line in complaints]))
-        self.assertEqual(said, wanted)
+        self.assertEqual(sorted(got[2].decode().splitlines()),
+                         sorted("qln-fp-tree: " + line for line in complaints))
 
     def test_command_line(self):
         version = self.run_program("--version")[1].decode()
