@@ -6,7 +6,8 @@ BAR, GAP, LEFT, WIDTH = 16, 14, 430, 860
 
 
 def bars(rows):
-    rows = [row for row in rows if len(row["seconds"]) > 1 and not row["work"].startswith("start")]
+    rows = [row for row in rows if len(row["seconds"]) > 1 and not
+            row["work"].startswith(("start", "companion"))]
     out, y = [], 30
     for row in rows:
         ours = row["seconds"]["qln-fp-cleaner"]

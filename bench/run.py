@@ -21,6 +21,7 @@ import workloads
 
 HERE = pathlib.Path(__file__).parent
 PROGRAM = os.environ["QLN_FP_CLEANER"]
+COMPANION = str(pathlib.Path(PROGRAM).with_name("qln-fp-tree"))
 SHARED_PROGRAM = os.environ["QLN_FP_CLEANER_SHARED"]
 EXPRESSION = "s|//-V[0-9]+||"
 PEER = [sys.executable, str(HERE / "peer.py")]
@@ -110,6 +111,40 @@ def cleanup_row(bench, work, make, peers_of, reports=3, once=False):
         (directory / "list").write_bytes(b"\0".join(map(bytes, paths)))
         shutil.copytree(root, pristine)
         bench.compare(work, command, peers_of(directory, root, raw), prepare, is_clean)
+    shutil.rmtree(directory)
+
+
+def companion_row(bench, work, make):
+    """The companion's commands beside a cleanup of the same tree with the same three reports."""
+    directory = bench.scratch / "tree"
+    root, pristine = directory / "root", directory / "pristine"
+    tree = make(root)
+    raw = tree.raw_reports(directory, 3)
+    shutil.copytree(root, pristine)
+    out, first = directory / "out", tree.records[0]["path"]
+    cleanup = [PROGRAM, "cleanup", "-r", root, *raw]
+    # undo and keep have a cleaned tree before them, all others a fresh one.
+    commands = {"qln-fp-cleaner": cleanup} | {
+        name: [COMPANION, name, "-r", root, *more] for name, more in {
+        "check": raw, "explain": [first, *raw], "preview": raw, "clean": raw, "undo": [], "keep": [],
+        "select": ["-o", out, *raw], "page": ["-o", out, *raw]}.items()}
+
+    def prepare(name):
+        shutil.rmtree(root)
+        shutil.copytree(pristine, root)
+        if name in ("undo", "keep"):
+            bench.seconds(cleanup)
+
+    measured = {name: [] for name in commands}
+    memory = 0
+    for _ in range(bench.rounds):
+        for name, command in commands.items():
+            prepare(name)
+            seconds, mebibytes = bench.seconds_and_mebibytes(command, None)
+            measured[name].append(seconds)
+            memory = max(memory, mebibytes)
+    bench.add(f"companion, {work}: {len(tree.records)} files, {tree.markers} markers",
+              {name: statistics.median(runs) for name, runs in measured.items()}, memory)
     shutil.rmtree(directory)
 
 
@@ -236,6 +271,12 @@ def main():
                     lambda root: workloads.small_files(root, 20000 // scale), sed, 1)
         cleanup_row(bench, "cleanup, one file",
                     lambda root: workloads.many_lines(root, 200_000 // scale), python, 2)
+        companion_row(bench, "real headers",
+                      lambda root: workloads.headers(root, 4000 // scale, 34000 // scale))
+        rounds, bench.rounds = bench.rounds, 1
+        companion_row(bench, "small files",
+                      lambda root: workloads.small_files(root, 100_000 // scale))
+        bench.rounds = rounds
         many_lines(bench, scale)
         merges(bench, scale)
         start(bench)
