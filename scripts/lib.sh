@@ -7,9 +7,9 @@ library_packages=(cmake ninja-build nlohmann-json3-dev libargs-dev googletest py
 build_packages=("${clang_packages[@]}" "${library_packages[@]}")
 sanitizer_packages=(libclang-rt-19-dev)
 fuzz_packages=("${sanitizer_packages[@]}" llvm-19)
-test_packages=(python3-jsonschema fish jq patch strace zsh)
+test_packages=(python3-jsonschema python3-yaml fish git patch strace zsh)
 check_packages=(clang-format-19 clang-tidy-19 mandoc shellcheck)
-package_packages=(lintian dpkg-dev git)
+package_packages=(lintian dpkg-dev)
 arm64_packages=(binutils-aarch64-linux-gnu qemu-user)
 arm64_sysroot_packages=(libc6 libc6-dev linux-libc-dev libgcc-s1 libgcc-12-dev
                         libc++-19-dev libc++abi-19-dev libunwind-19-dev
@@ -24,7 +24,8 @@ declare -A purposes=(
   [libargs-dev]="the header args.hxx, reads the command line"
   [googletest]="the sources of GoogleTest, for the unit tests"
   [python3]="runs the end-to-end tests" [python3-jsonschema]="holds reports against their schemas"
-  [jq]="reads reports in scripts" [patch]="applies what a preview prints"
+  [python3-yaml]="reads the recipes for hosted services" [git]="is used in recipes"
+  [patch]="applies what a preview prints"
   [strace]="makes system calls fail" [fish]="its completions are tried"
   [zsh]="its completions are tried" [libclang-rt-19-dev]="the sanitizers"
 )

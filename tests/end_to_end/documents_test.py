@@ -1,60 +1,100 @@
 """The examples in the documents, run: what a page shows is what happens.
 
 A fenced block with a file's name behind its language is that file. In a console block, what stands
-behind "$ " is run, and all that it prints must be the lines below it. README's sh blocks are made to
-be copied: they are run in one shell, from the top down, and what one prints must be the text block
-behind it.
+behind "$ " is run, and all that it prints must be the lines below it. The sh blocks of README and the
+recipes are made to be copied: they are run in one shell, from the top down, and what one prints must
+be the text block behind it. Of the steps for hosted services, the shell lines are run.
 """
 
 import os
 import pathlib
 import re
+import shutil
 import subprocess
+import tempfile
 import unittest
+
+import yaml
 
 from harness import PROGRAM, EndToEnd
 
 PROJECT = pathlib.Path(__file__).parents[2]
-DOCUMENTS = ["docs/formats.md"]
+RECIPES = (PROJECT / "docs/recipes.md").read_text()
+# What is done to the sources and reports, and how the job that looks and the one that cleans end.
+SERVED = {"true": (1, 0), "rm reports/board.json": (1, 1), "echo >>project/src/tank.cpp": (1, 1),
+          "sed -i 's/\"lines\":.*/\"lines\":[]}/' reports/board.json": (0, 0)}
+NO_MESSAGES = {"command_line.cpp", "usage.cpp", "sarif.cpp", "check.cpp", "votes.cpp", "patch.cpp",
+               "marker_votes.cpp", "mirex_errors.cpp", "another format"}
 COPIED = re.compile(r"^```sh\n(.*?)^```\n(?:```text\n(.*?)^```\n)?", re.MULTILINE | re.DOTALL)
 
 
+def fenced(language):
+    return re.findall(rf"^```{language}\n(.*?)^```$", RECIPES, re.MULTILINE | re.DOTALL)
+
+
 class Documents(EndToEnd):
-    def shell(self, command):
-        done = subprocess.run(["bash", "-c", command], cwd=self.root, stdout=subprocess.PIPE,
-                              stderr=subprocess.STDOUT, text=True, timeout=60,
-                              env={**os.environ, "TMPDIR": str(self.temp),
-                                   "PATH": f"{self.scratch}:{os.environ['PATH']}"})
-        return done.stdout.removesuffix("\n")
-
-    def test_examples(self):
-        (self.scratch / "qln-fp-cleaner").symlink_to(PROGRAM)
-        for name in DOCUMENTS:
-            text = (PROJECT / name).read_text()
-            blocks = re.findall(r"^```(\w+) ?(.*)\n([^`]*)^```$", text, re.MULTILINE)
-            self.assertEqual(len(blocks), text.count("```") / 2, name)
-            for language, file, content in blocks:
-                if file:
-                    self.source(file, content.encode())
-                for step in content.split("$ ")[1:] if language == "console" else ():
-                    command, *shown = step.removesuffix("\n").split("\n")
-                    self.assertEqual(self.shell(command).split("\n"), shown or [""], command)
-
-    def test_readme(self):
-        blocks = COPIED.findall((PROJECT / "README.md").read_text())
-        self.assertGreater(len(blocks), 10)
-        script = "".join(f"{commands}printf '\\036'\n" for commands, _ in blocks)
+    def setUp(self):
+        super().setUp()
         # The build that is tested, in place of the release.
         for name in "qln-fp-cleaner", "qln-fp-tree":
             (self.scratch / name).symlink_to(pathlib.Path(PROGRAM).with_name(name))
-        script = script.replace("$PWD/build/release", str(self.scratch))
-        done = subprocess.run(["bash", "-eu"], input=script, cwd=PROJECT, text=True, timeout=300,
-                              env={**os.environ, "TMPDIR": str(self.temp)},
-                              stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
-        printed = done.stdout.split("\036")
-        self.assertEqual((done.returncode, len(printed)), (0, len(blocks) + 1), printed[-1])
-        for (commands, shown), text in zip(blocks, printed):
-            self.assertEqual(text, shown, commands)
+
+    def shell(self, command):
+        return subprocess.run(["bash", "-c", command], cwd=self.root, stdout=subprocess.PIPE,
+                              stderr=subprocess.STDOUT, text=True, timeout=300,
+                              env={**os.environ, "TMPDIR": str(self.temp),
+                                   "PATH": f"{self.scratch}:{os.environ['PATH']}"})
+
+    def test_examples(self):
+        text = (PROJECT / "docs/formats.md").read_text()
+        blocks = re.findall(r"^```(\w+) ?(.*)\n([^`]*)^```$", text, re.MULTILINE)
+        self.assertEqual(len(blocks), text.count("```") / 2)
+        for language, file, content in blocks:
+            if file:
+                self.source(file, content.encode())
+            for step in content.split("$ ")[1:] if language == "console" else ():
+                command, *shown = step.removesuffix("\n").split("\n")
+                printed = self.shell(command).stdout.removesuffix("\n").split("\n")
+                self.assertEqual(printed, shown or [""], command)
+
+    def test_copied(self):
+        for document in "README.md", "docs/recipes.md":
+            blocks = COPIED.findall((PROJECT / document).read_text())
+            self.assertGreater(len(blocks), 10)
+            script = "".join(f"{commands}printf '\\036'\n" for commands, _ in blocks)
+            self.root = PROJECT
+            done = self.shell("set -eu\n" + script.replace("$PWD/build/release", str(self.scratch)))
+            printed = done.stdout.split("\036")
+            for (commands, shown), text in zip(blocks, printed):
+                self.assertEqual(text, shown, commands)
+            self.assertEqual((done.returncode, len(printed)), (0, len(blocks) + 1), printed[-1])
+
+    def test_hosted_services(self):
+        (gate,) = [block.split("END'\n")[1][:-4] for block in fenced("sh") if ">gate" in block]
+        self.assertEqual(len(fenced("yaml")), 2)
+        for service in map(yaml.safe_load, fenced("yaml")):
+            for before, statuses in SERVED.items():
+                self.root = pathlib.Path(tempfile.mkdtemp(dir=self.scratch))
+                shutil.copytree(PROJECT / "examples", self.root, dirs_exist_ok=True)
+                self.source("gate", gate.encode())
+                self.shell(f"git init -q; git init -q --bare o; git remote add origin ./o; {before};"
+                           "git add .; git -c user.name=a -c user.email=a commit -qm a")
+                for job, status in zip(service.get("jobs", service).values(), statuses, strict=True):
+                    lines = job.get("script") or [step.get("run", "") for step in job["steps"]]
+                    done = self.shell("\n".join(["set -e", *lines]))
+                    self.assertEqual(done.returncode, status, (before, lines, done.stdout))
+
+    def test_messages(self):
+        told = " ".join(RECIPES.split())
+        texts = [(file.name, re.sub(r'//.*|"\s*\n\s*"', "", file.read_text()))
+                 for folder in ("cleaner", "converter", "merge", "tree")
+                 for file in (PROJECT / "src" / folder).rglob("*.[ch]*") if "page" not in file.parts]
+        messages = [(name, words.strip(" :.\"")) for name, text in texts
+                    for literal in re.findall(r'"((?:[^"\\\n]|\\.)*)"', text)
+                    for words in re.split(r"\{\w*\}|\\.", literal)
+                    if re.search(r"[a-z] [a-z]", words) and NO_MESSAGES.isdisjoint((name, words))]
+        self.assertGreater(len(messages), 40)
+        self.assertEqual([message for message in messages if message[1] not in told], [])
 
 
 if __name__ == "__main__":
