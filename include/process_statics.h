@@ -16,14 +16,15 @@
   return "/tmp";
 }
 
-/// Part of the shared start-up of the analyzer's tools. This tool only initialises BasePath; its
-/// own temporary directory is faCleaner::GetTempDir().
+/// Stands here because all of the analyzer's tools share this header. This tool sets BasePath
+/// before main, as they all do, and never reads it: its own temporary directory is
+/// faCleaner::GetTempDir().
 class FileLock {
  public:
   inline static std::string BasePath = GetTempDirectory();
 };
 
-/// Part of the shared start-up of the analyzer's tools; nothing here stores an exception in it.
+/// Stands here for the same reason; this tool never stores an exception in it.
 class VAssertHandler {
  public:
   inline static std::exception_ptr CurrentExceptionPtr;

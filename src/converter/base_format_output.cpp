@@ -32,7 +32,8 @@ void BaseFormatOutput::SyncAndClose() {
   try {
     m_buffer.pubsync();
   } catch (std::ios_base::failure const&) {
-    // A target that is set to throw has failed; closing goes on all the same.
+    // One of the streams throws when it fails, as its user may have asked of the standard output.
+    // The failure is noted here, and what is open is closed all the same.
     m_stream.setstate(std::ios_base::badbit);
   }
   if (m_buffer.File() != nullptr && m_buffer.File()->is_open()) {

@@ -64,7 +64,9 @@ class BasicFormatOutput : public BaseFormatOutput {
     return Path(options.output) / name;
   }
 
-  /// A name that ends in a point, which is the extension to replace, or in that of the input file.
+  /// The name of the file, with an extension that the caller replaces by the format's: the point at
+  /// the end of a given name, so that nothing of the name itself is lost, or that of the input
+  /// file.
   [[nodiscard]] static Path DeriveName(ProgramOptions const& options) {
     if (!options.outputName.empty()) {
       return options.outputName.ends_with('.') ? options.outputName : options.outputName + '.';

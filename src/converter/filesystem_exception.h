@@ -5,6 +5,7 @@
 
 namespace TesselConverter {
 
+/// Thrown when the file of a report cannot be opened; the text names the file.
 class FilesystemException : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;

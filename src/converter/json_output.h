@@ -11,10 +11,10 @@ namespace TesselConverter {
 /// Writes the warnings report, {"version": 3, "warnings": [<warning>, ...]}, indented by 2 and with
 /// a newline at its end (docs/schema/warnings-report.schema.json has it whole).
 ///
-/// Start comes first, Finish last; without Start the document has no version, and without a warning
-/// either it is null. Each warning is handed on as it comes, since a report of a
-/// million would fill the memory several times over. Throws the JSON library's exception for text
-/// that is not UTF-8.
+/// Start comes first and Finish last. Without Start the document has no version; without Start and
+/// without a warning it is null. Each warning is written as it comes, because the warnings of a
+/// large report, kept until the end, would fill the memory several times over. Throws the JSON
+/// library's exception for text that is not UTF-8. For use by one thread.
 class JsonOutput : public BasicFormatOutput<JsonOutput> {
  public:
   static constexpr std::string_view Name = "json";

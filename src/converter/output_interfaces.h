@@ -20,6 +20,7 @@ class IOutput {
 
 class INameable {
  public:
+  /// The name by which users choose the format, such as "json".
   [[nodiscard]] virtual std::string_view FormatName_() const = 0;
 
  protected:
@@ -39,6 +40,7 @@ class IFileClearable {
 
 class IHasPathType {
  public:
+  /// A number for how the format writes paths, which only its readers interpret.
   [[nodiscard]] virtual int GetFormatPathType() const = 0;
 
  protected:

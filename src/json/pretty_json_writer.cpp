@@ -3,7 +3,7 @@
 #include <nlohmann/json.hpp>
 
 bool IsPlainText(std::string_view text) {
-  // To its end in any case: without a way out in between, many bytes are looked at at once.
+  // The loop has no early exit, so that the compiler can make it look at many bytes at once.
   bool isPlain = true;
   for (const char byte : text) {
     isPlain &= (byte >= ' ') & (byte <= '~') & (byte != '"') & (byte != '\\');

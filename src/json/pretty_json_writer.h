@@ -13,12 +13,13 @@
 #include "window_size.h"
 
 /// Writes one JSON document to a stream, in the very bytes of the JSON library's dump with an
-/// indent of 2, but without a tree of it in memory: reports of a million markers are written in the
-/// memory of one window. The caller gives the keys of each object in ascending order, as the
-/// library would sort them, and every object and array its end.
+/// indent of 2, but without a tree of the document: one window of memory is enough for a report of
+/// a million markers. Nothing is checked: the caller gives the keys of each object in ascending
+/// order, in which the library would sort them, ends every object and array, and nests no deeper
+/// than 16.
 ///
-/// Text that is not plain ASCII is left to the library, which throws its exception for what is not
-/// UTF-8. A stream that fails is told from its state.
+/// Text that is not plain ASCII is written by the library, which throws its exception for what is
+/// not UTF-8. A stream that fails is told from its state. For use by one thread at a time.
 class PrettyJsonWriter {
  public:
   /// `output` must outlive the writer.
@@ -30,9 +31,9 @@ class PrettyJsonWriter {
   void BeginArray() { Open('['); }
   void EndArray() { Close(']'); }
 
-  /// The key of the value that is written next. Plain ASCII, short, nothing in it to escape.
-  /// Inlined, as is what it calls: the lengths of keys are then known to the compiler, which halves
-  /// the time.
+  /// The key of the value that is written next: plain ASCII, short, with nothing in it to escape.
+  /// It stands in the header, with all that it calls, because a compiler that knows the lengths of
+  /// the keys makes code that takes half the time.
   void Key(std::string_view key) {
     char* at = BeginElement(key.size() + 4);
     *at++ = '"';
@@ -62,13 +63,15 @@ class PrettyJsonWriter {
     Text(value);
   }
 
-  /// Hands what is still held to the stream. Called once the document is complete.
+  /// Hands what the window still holds to the stream. To be called when the document is complete;
+  /// what is not flushed is lost.
   void Flush();
 
  private:
   static constexpr std::size_t WindowSize = WindowBytes(std::size_t{64} * 1024);
 
-  /// Deep enough for every document of this program. Copied whole and then cut to size.
+  /// A line break and the deepest indent. It is always copied whole, which is quicker than copying
+  /// the right length; what is too much of it is then overwritten.
   static constexpr std::string_view LineStart = "\n                                ";
 
   template <typename Type>
@@ -99,8 +102,8 @@ class PrettyJsonWriter {
 
   void UnusualText(std::string_view value);
 
-  /// Writes what stands before an element, and returns where its `size` bytes go, for which there
-  /// is room then. End() says where they ended.
+  /// Writes what stands before an element, makes room for its `size` bytes, and returns where these
+  /// go. The caller writes them and tells End() where they end.
   char* BeginElement(std::size_t size) {
     char* at = Room(1 + LineStart.size() + size);
     if (m_afterKey) {
@@ -123,7 +126,7 @@ class PrettyJsonWriter {
     return at + text.size();
   }
 
-  /// Where the next `size` bytes go, which are no more than the window has.
+  /// Where the next `size` bytes go. There must not be more than fit into an empty window.
   char* Room(std::size_t size) {
     if (size > WindowSize - m_size) {
       Flush();

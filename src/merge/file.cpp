@@ -16,7 +16,8 @@ bool AscendStrictly(Lines const& lines) {
          lines.end();
 }
 
-/// With both sides ascending, as the analyzer core writes them: one walk along both.
+/// For lines that ascend on both sides, which is how the analyzer core writes them: one walk along
+/// both.
 void KeepCommonAscending(Lines& lines, Lines const& others) {
   auto other = others.begin();
   std::erase_if(lines, [&](Line const& line) {
@@ -27,8 +28,8 @@ void KeepCommonAscending(Lines& lines, Lines const& others) {
   });
 }
 
-/// A line to search for. The number stands here, too, so that most comparisons need not follow the
-/// pointer.
+/// What lines are sorted and searched by. The number is copied here, so that comparing lines with
+/// different numbers, which is nearly every comparison, does not have to follow the pointer.
 struct Sought {
   std::uint32_t line;
   std::vector<Marker> const* markers;
@@ -38,7 +39,8 @@ struct Sought {
   }
 };
 
-/// A sorted index rather than a table by hash: lines can be chosen so that their hashes are equal.
+/// A sorted index and not a hash table, because a report can be made whose lines all have the same
+/// hash; every search would then look at every line.
 void KeepCommonInAnyOrder(Lines& lines, Lines const& others) {
   const auto sought = [](Line const& line) { return Sought{line.line, &line.markers}; };
   std::vector<Sought> known(others.size());

@@ -11,7 +11,7 @@
 
 #include "merge/paths/path_order.h"
 
-/// A half-open range as the analyzer core reports it; carried from report to report unchanged.
+/// A half-open range as the analyzer core reports it; merging hands it on unchanged.
 struct Range {
   std::uint64_t begin = 0;
   std::uint64_t end = 0;
@@ -43,8 +43,9 @@ struct File {
   std::filesystem::path path;
   /// SHA-1 of the content that the analyzer core read, as 40 lowercase hexadecimal digits.
   std::string hash;
-  /// Mutable, because merging thins the lines of records that stand in an ordered set, and a
-  /// cleanup takes them over; the path, which orders the set, stays as it is.
+  /// Mutable for Intersect alone. The records of a collection are the elements of an ordered set
+  /// and so const, because changing a path in place would break the order; but merging has to take
+  /// lines away from a record where it stands.
   mutable std::vector<Line> lines;
 
   /// Keeps the lines that `other` has too: same number, same markers in the same order. Order and

@@ -19,6 +19,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
+/// Takes away the files that `others` does not have, and of the rest the lines that it does not
+/// have. Their hashes are not compared: only raw reports are refused for that.
 void KeepCommon(FileSet& files, FileSet const& others) {
   std::erase_if(files, [&others](File const& file) {
     const auto other = others.find(file);
@@ -61,7 +63,8 @@ void Files::DeleteEmpty() {
 }
 
 void Files::SaveStructuredReport(fs::path const& resultPath) {
-  std::vector<char> buffer(std::size_t{64} * 1024);  // The default takes many more calls.
+  // The stream's own buffer is so small that a large report would take thousands of system calls.
+  std::vector<char> buffer(std::size_t{64} * 1024);
   std::ofstream stream;
   stream.rdbuf()->pubsetbuf(buffer.data(), static_cast<std::streamsize>(buffer.size()));
   stream.open(resultPath);

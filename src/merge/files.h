@@ -38,7 +38,9 @@ struct Files {
   void SaveQlnReport(std::filesystem::path const& output);
 
  private:
-  SourcePaths m_paths;  ///< What raw reports taught about paths; nothing in it is about `files`.
+  /// How the paths of the raw reports so far are written relative to the root. About paths only:
+  /// what is done to `files` between two reports does not make it wrong.
+  SourcePaths m_paths;
 };
 
 /// Makes the structured report of `files`.

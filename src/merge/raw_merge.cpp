@@ -11,13 +11,20 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// A copy lies together in memory, has no room to spare, and leaves the record its own for the next
-/// one to be read. Only many lines are better moved, unless a longer record left them much room.
+/// Whether to move a new record into the collection, and not to copy it.
+///
+/// Copying is mostly better: all parts of the copy are allocated at once, so that they stand close
+/// together in memory and take no more of it than they need; and the next record can be read into
+/// the memory of this one. Only where there are many lines does the copying itself take longer.
+/// These are moved; but not if a far longer record was read before them, because the unused part of
+/// its memory would move with them and stay in the collection to the end.
 bool IsRatherMoved(std::vector<Line> const& lines) {
   constexpr std::size_t manyLines = 1000;
   return lines.size() >= manyLines && lines.capacity() <= 2 * lines.size();
 }
 
+/// Lives for one report: it remembers iterators into the collection, which anyone may change before
+/// the next report is read.
 class RawMerge {
  public:
   RawMerge(FileSet& files, SourcePaths& paths, fs::path const& root)
@@ -29,7 +36,7 @@ class RawMerge {
       auto const& [number, relative] = m_paths.Relative(record.path, m_root);
       if (std::optional<Place>& place = PlaceOf(number)) {
         Intersect(**place, record);
-        report.PassOverRepeats();
+        report.PassOverRepeats();  // More repeats will follow, and change nothing.
       } else {
         record.path = relative;
         place = Add(record);
@@ -57,7 +64,7 @@ class RawMerge {
     }
     const auto stored = IsRatherMoved(record.lines) ? m_files.insert(place, std::move(record))
                                                     : m_files.insert(place, record);
-    if (stored == m_files.end()) {  // Cannot happen in a set; a guard against another container.
+    if (stored == m_files.end()) {  // No set does that; kept as a guard should the type change.
       throw std::runtime_error(std::format("Merge error for file '{}'.", Display(record)));
     }
     return stored;

@@ -14,6 +14,6 @@ using Sha1Blocks = void (*)(Sha1State& state, unsigned char const* blocks, std::
 /// FIPS 180-4, section 6.1.2, on any processor.
 void Sha1BlocksPortable(Sha1State& state, unsigned char const* blocks, std::size_t count);
 
-/// The same by the processor's own SHA instructions, several times as fast; null where the
-/// processor this runs on has none.
+/// The function that does the same by SHA instructions, several times as fast; null when the
+/// processor that this program runs on has none.
 [[nodiscard]] Sha1Blocks Sha1BlocksOfProcessor();

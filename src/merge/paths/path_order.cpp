@@ -29,7 +29,7 @@ int ComparePaths(std::filesystem::path const& left, std::filesystem::path const&
   const std::string_view rightText = right.native();
   const std::size_t common = CommonLength(leftText, rightText);
 
-  // The end of the text comes before the end of an element, and that before all other bytes.
+  // A path that ends comes before one that goes on, and an element that ends before a longer one.
   const auto rank = [common](std::string_view text) {
     if (common == text.size()) {
       return 0;
@@ -38,7 +38,8 @@ int ComparePaths(std::filesystem::path const& left, std::filesystem::path const&
   };
   const int leftRank = rank(leftText);
   const int rightRank = rank(rightText);
-  // One path from the root and one not, or a run of separators, which counts as one.
+  // Where a separator stands at the front or behind another, the text alone does not say: a path
+  // from the root on sorts by that first, and a run of separators counts as one.
   const bool isSubtle = common == 0 || leftText[common - 1] == '/';
   if (isSubtle && (leftRank == 1 || rightRank == 1)) {
     return left.compare(right);

@@ -3,7 +3,8 @@
 
 #include <filesystem>
 
-/// left.compare(right), many times faster: the standard function takes both paths apart for every
-/// comparison, this looks at their text where it first differs.
+/// Negative, zero or positive as left.compare(right) is, but many times as fast: the standard
+/// function splits both paths into their elements for every comparison, while this one looks at the
+/// first byte in which their texts differ.
 [[nodiscard]] int ComparePaths(std::filesystem::path const& left,
                                std::filesystem::path const& right);

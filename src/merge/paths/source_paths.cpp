@@ -11,8 +11,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Whether the path's last element, in a folder already resolved, stands for itself: it is no
-/// symbolic link, or nothing at all.
+/// Whether the path of a file stays as it is when symbolic links are followed, provided that its
+/// folder does: the last element is no link, or there is nothing of that name.
 bool EndsInItself(fs::path const& path) {
   struct stat status{};
   return ::lstat(path.c_str(), &status) == 0 ? !S_ISLNK(status.st_mode) : errno == ENOENT;
@@ -72,13 +72,13 @@ fs::path SourcePaths::FindPlainly(fs::path const& path) {
 
 std::optional<std::string> const& SourcePaths::FindFolder(std::string_view folder, int newFolders) {
   const auto [known, isNew] = m_folders.try_emplace(std::string(folder));
-  std::optional<std::string>& found = known->second;  // Stays in place while parents are added.
+  // Finding a parent adds to the map, but that moves no element: the reference stays valid.
+  std::optional<std::string>& found = known->second;
   if (isNew) {
     const std::string relative = Find(folder, newFolders).native();
     if (relative == ".") {
       found = "";
     } else if (!relative.starts_with("..")) {
-      // From a folder above the root, a name may lead down to the root again.
       found = relative.ends_with('/') ? relative : relative + '/';
     }
   }

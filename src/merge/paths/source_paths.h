@@ -11,12 +11,12 @@
 
 /// Gives WeaklyCanonical(path).lexically_relative(WeaklyCanonical(root)), with the same exceptions,
 /// but remembers what it found: the standard functions ask the file system about every folder of
-/// every path, this about one file, once. It so sees a tree as it was when it first looked. For use
-/// by one thread at a time.
+/// every path each time, this class about each folder and each file once. What changes in the file
+/// system after that first look is not seen. For use by one thread at a time.
 class SourcePaths {
  public:
   struct SourcePath {
-    std::size_t number;  ///< Another for each path as written, from 0.
+    std::size_t number;  ///< Counts the different paths from 0; two spellings of one file have two.
     std::filesystem::path relative;
   };
 
@@ -25,19 +25,21 @@ class SourcePaths {
   SourcePaths& operator=(SourcePaths&&) = default;
   ~SourcePaths() = default;
 
-  /// A copy has everything to find again: what is remembered only saves time, and m_inOrder points
-  /// into m_files.
+  /// A copy begins with nothing remembered. That loses only time, and it could not take over
+  /// m_inOrder, which points into m_files.
   SourcePaths(SourcePaths const& /*other*/) {}
   SourcePaths& operator=(SourcePaths const& /*other*/) { return *this; }
 
-  /// Valid as long as the root stays the same; another root starts the numbers anew.
+  /// The reference is valid until the function is called with another root, which makes everything
+  /// forgotten and starts the numbers anew.
   [[nodiscard]] SourcePath const& Relative(std::filesystem::path const& path,
                                            std::filesystem::path const& root);
 
  private:
-  /// Of the folders above a path, so many are looked up one by one and remembered; what is then
-  /// still not known is left to the standard functions. Without a limit a path of n folders would
-  /// be remembered n times, each time shorter by one: memory that grows with the square of n.
+  /// How many folders above a path are looked up, and remembered, for that path; if the folder
+  /// above them is not known either, it is left to the standard functions. Without such a limit, a
+  /// path of n folders would be remembered n times, each time shorter by one, and so take memory
+  /// that grows with the square of n.
   static constexpr int MostNewFolders = 8;
 
   using PathMap = std::unordered_map<std::string, SourcePath>;
@@ -51,11 +53,13 @@ class SourcePaths {
 
   std::filesystem::path m_root;
   std::optional<std::filesystem::path> m_canonicalRoot;  ///< Looked up when first needed.
-  /// For each folder as reports write it, what to put before the name of a file in it; nothing for
-  /// folders whose files each need the plain way.
+  /// For each folder, as reports write it, the text to which the name of a file in it is appended
+  /// to get the relative path. No text for a folder outside the root, whose files are each looked
+  /// up in full: from a folder that contains the root, a name may lead back to it.
   std::unordered_map<std::string, std::optional<std::string>> m_folders;
   PathMap m_files;
-  /// By number. Reports mostly keep to one order, and the next path then need not be searched for.
+  /// By number. Each report mostly has its paths in the order of the one before: the path behind
+  /// the one last found is tried first, and mostly saves the search.
   std::vector<PathMap::const_pointer> m_inOrder;
-  std::size_t m_expected = 0;
+  std::size_t m_expected = 0;  ///< The number to try first.
 };

@@ -7,9 +7,9 @@
 /// Stands for the source-tree root at the beginning of a path in a report.
 inline constexpr std::string_view SourceTreePlaceholder = "|?|";
 
-/// `path` as reports write it without the placeholder and the separator behind it; a path that has
-/// no placeholder as it is. Of doubled separators only the backslash is taken as one, deliberately:
-/// a core on Windows escapes it twice.
+/// A path of a report without the placeholder and the separator behind it; a path that does not
+/// begin with the placeholder stays as it is. Two backslashes behind it count as one separator, and
+/// two slashes do not, deliberately: an analyzer core on Windows escapes its backslashes twice.
 [[nodiscard]] std::string_view WithoutPlaceholder(std::string_view path);
 
 /// `path` behind the placeholder, with a slash between them unless it begins with a separator.

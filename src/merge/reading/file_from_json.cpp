@@ -6,8 +6,9 @@ namespace {
 
 using nlohmann::json;
 
-/// Truncates, and wraps a negative value as the integers do. C++ leaves values beyond 64 bits
-/// undefined; they get what x86-64 processors answer.
+/// Cuts off the fraction, and takes a negative value modulo 2^64, as the conversion of a negative
+/// integer does. For values beyond 64 bits C++ leaves the result undefined; here it is always the
+/// one that x86-64 processors give, 2^63.
 std::uint64_t TruncateToUnsigned(double value) {
   constexpr double twoTo63 = 9223372036854775808.0;
   if (value >= twoTo63 && value < 2 * twoTo63) {
@@ -18,8 +19,8 @@ std::uint64_t TruncateToUnsigned(double value) {
                     : std::uint64_t{1} << 63U;
 }
 
-/// Any JSON number, true or false, cast to the field's type. The library's own conversion refuses
-/// the two booleans, but only for 64-bit fields.
+/// Any JSON number, true or false, converted to the field's type. The library's own conversion
+/// takes true and false for 32-bit fields but refuses them for those of 64 bits.
 template <typename Unsigned>
 Unsigned ToNumber(json const& j) {
   if (j.is_boolean()) {
@@ -63,10 +64,11 @@ void from_json(json const& j, File& file) {
 }
 
 FileSet FilesFromJson(json const& j) {
-  static_cast<void>(ToNumber<std::uint32_t>(j.at("version")));  // Must be there, whatever it is.
+  // A report without this number is no structured report; which number it is does not matter.
+  static_cast<void>(ToNumber<std::uint32_t>(j.at("version")));
   FileSet files;
   for (json const& record : j.at("files").get_ref<json::array_t const&>()) {
-    // At the end position, where a sorted report belongs; of two records for a path the first wins.
+    // With the end as a hint, because reports are sorted. Of two records for a path the first wins.
     files.insert(files.end(), record.get<File>());
   }
   return files;

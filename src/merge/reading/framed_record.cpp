@@ -17,7 +17,7 @@ FramedRecord::int_type FramedRecord::underflow() {
   }
   m_isBegun = true;
   m_shown = LengthInWindow();
-  // Only read from, as every buffer that is set for reading.
+  // setg takes no pointers to const, but a stream buffer only reads what it is given here.
   char* const begin = const_cast<char*>(m_window.Rest().data());
   setg(begin, begin, begin + m_shown);
   return traits_type::to_int_type(*begin);

@@ -23,7 +23,7 @@ class InputFile {
   /// Whether SeekTo can work: not in a pipe.
   [[nodiscard]] bool IsSeekable() const noexcept { return m_isSeekable; }
 
-  /// Goes to `position`, in bytes from the front. Not being able to counts as a failed reading.
+  /// Goes to `position`, in bytes from the front. If that cannot be done, Failed() says so.
   void SeekTo(std::uint64_t position) noexcept;
 
   /// Whether opening or any reading failed.

@@ -8,7 +8,7 @@
 
 namespace {
 
-/// A bit for each key of an object that may come once.
+/// A bit for each key that an object may have, in the order in which they are asked for below.
 enum Keys : unsigned { First = 1, Second = 2, Third = 4, Fourth = 8 };
 
 constexpr std::array<bool, 256> PlainBytes = [] {
@@ -20,7 +20,8 @@ constexpr std::array<bool, 256> PlainBytes = [] {
 }();
 
 /// Walks over the text; each function reads one thing and is false when that does not stand there.
-/// None looks for the end of the text: the zeros behind it are nothing that any of them reads.
+/// None checks for the end of the window: behind it the window has bytes of 0, and as no function
+/// takes a 0 for anything, all of them stop there.
 class PlainReader {
  public:
   explicit PlainReader(ReportWindow& window) : m_window(window) { LookIntoWindow(); }
@@ -69,8 +70,9 @@ class PlainReader {
 
   bool Read(Marker& marker) { return ReadCompact(marker) || ReadInAnyOrder(marker); }
 
-  // Without blanks and with the keys in order, as the analyzer core writes nearly all of a report:
-  // a few comparisons with fixed text, more than twice as fast as the search for keys.
+  // The analyzer core writes nearly all lines and markers without blanks and with their keys in the
+  // same order. These are read by comparing with fixed text, which is more than twice as fast as
+  // searching for keys; whatever does not fit is read once more from its front, with a search.
 
   bool ReadCompact(Line& line) {
     const char* const begin = m_at;
@@ -150,7 +152,7 @@ class PlainReader {
     return Token('}') && seen == (First | Second);
   }
 
-  /// Into the elements that are there already, as far as they go.
+  /// Overwrites the elements that are there already, whose memory is used again.
   template <typename Element>
   bool ReadArray(std::vector<Element>& elements) {
     std::size_t count = 0;
@@ -175,8 +177,10 @@ class PlainReader {
     return true;
   }
 
-  /// To be called between two pieces of a record, where nothing else points into the text. A piece
-  /// that is cut by the window nevertheless, being longer than most, is not plain.
+  /// Has the window read on when little of it is left. This moves the text in memory, so it is
+  /// called only where no pointer into the text but m_at is in use: before a key of the record and
+  /// before a line. A path or line that is longer than what is left then meets the zeros behind the
+  /// window, and the record is not read plainly.
   void ReadAhead() {
     if (static_cast<std::size_t>(m_end - m_at) < MostOfPieces) {
       Consume();
@@ -245,7 +249,8 @@ class PlainReader {
     if (digits == 0 || digits > mostDigits || (*begin == '0' && digits > 1)) {
       return false;
     }
-    // A point or an exponent goes on into what no token fits, and so is refused.
+    // Of a number with a fraction or an exponent this is only the beginning. The record is refused
+    // all the same, because the caller then finds a '.' or an 'e' where it expects ',' or '}'.
     number = static_cast<Unsigned>(value);
     return true;
   }
@@ -272,7 +277,7 @@ class PlainReader {
     }
   }
 
-  /// In bytes: as long as a line, or a path, is at the most, but for a rare one.
+  /// In bytes. Nearly every line and every path of a report is shorter.
   static constexpr std::size_t MostOfPieces = ReportWindow::Size / 64;
 
   ReportWindow& m_window;

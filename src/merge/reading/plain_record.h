@@ -6,14 +6,17 @@
 
 /// Reads and consumes the file record at the front of the window in one pass, if it is written
 /// plainly: the known keys, each at most once; numbers of digits alone, below 10^19; text of
-/// printable ASCII without a backslash or a brace. Every other text, malformed or cut short, is not
-/// read: false, with the window where it was and `file` in pieces. The JSON library alone decides
-/// what an unusual record means, and what is none.
+/// printable ASCII without a backslash or a brace. `file` then holds what from_json would make of
+/// the same text. As none of its strings holds a brace, such a record also ends at the very byte
+/// at which a reader that only counts braces would end it.
 ///
-/// What is read is what from_json makes of the same text. Having no brace in its strings, such a
-/// record also ends where counting braces would end it. The lines that `file` holds are
-/// overwritten, so that one used again and again needs no new memory.
+/// False for every other text, be it unusual, malformed or cut short: the window then stands where
+/// it stood, and `file` holds anything. What such a text means, or that it is an error, the JSON
+/// library decides alone.
 ///
-/// A record may be far longer than the window, which lets go of what is read; so nothing is read
-/// plainly from a pipe, in which there is no way back.
+/// The memory of the lines that `file` already holds is used again, so that a caller who passes the
+/// same one for each record seldom allocates.
+///
+/// Always false for a pipe: a record may be longer than the window, and if it turns out not to be
+/// plain, the window has to go back to where the record began.
 [[nodiscard]] bool ReadPlainRecord(ReportWindow& window, File& file);

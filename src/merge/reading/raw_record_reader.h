@@ -16,26 +16,31 @@
 ///
 /// "{"a":{}}LF{"b":1}" holds the records "{"a":{}}" and "{"b":1}".
 ///
-/// Braces inside JSON strings count too, and any other byte between two records, a blank or the
-/// carriage return of a CR LF, is a record of its own, which no JSON parser accepts. Both are the
-/// analyzer core's framing and kept: such a report is refused rather than guessed at. A record
-/// that does not close before the end of the report is dropped without a message.
+/// Braces inside JSON strings are counted, too. Any byte but LF between two records, such as a
+/// blank or the carriage return of a CR LF, is a record of its own, which no JSON parser accepts.
+/// Both are how the analyzer core frames its records, and kept: a report that breaks the rules is
+/// refused rather than guessed at. A record that is not closed when the report ends is dropped
+/// without a message.
+///
+/// For use by one thread at a time.
 class RawRecordReader {
  public:
-  /// Opens nothing yet: what is no ordinary file, a pipe for one, may be readable only once.
+  /// Opens nothing yet: the report may be a pipe, which can be read only once, and the attempt to
+  /// read it as a structured report comes first.
   explicit RawRecordReader(std::filesystem::path path) : m_path(std::move(path)) {}
 
-  /// Whether the report is an ordinary file and raw for certain: its first value is a plain record,
-  /// and so no structured report. To be asked first, if at all; reads ahead that one record.
+  /// Whether the report is an ordinary file and certainly raw, because it begins with a record that
+  /// can be read plainly, and so with no structured report. That record is kept for Next. May only
+  /// be called before Next.
   [[nodiscard]] bool IsRawForCertain();
 
   /// Reads the next record into `file`, whose memory is used again; false at the end of the report
   /// or when reading fails. Throws the JSON library's exceptions for what is no file record.
   [[nodiscard]] bool Next(File& file);
 
-  /// Says that the record last read, if it came again byte for byte, would change nothing. Next
-  /// passes over such repeats, of which a report is full: a header is recorded for each source that
-  /// includes it.
+  /// Tells the reader that the record last read has been merged and would change nothing if it came
+  /// again. Next then passes over its repeats without reading them. (A report is full of repeats,
+  /// because it has the record of a header once for each source that includes it.)
   void PassOverRepeats();
 
  private:
@@ -45,6 +50,6 @@ class RawRecordReader {
   std::filesystem::path m_path;
   std::optional<ReportWindow> m_window;
   std::optional<File> m_ahead;
-  std::string_view m_last;  ///< The text of the record last read; empty if too long.
+  std::string_view m_last;  ///< The text of the record last read; empty if the window lost it.
   RepeatedRecords m_repeated;
 };

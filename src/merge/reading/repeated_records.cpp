@@ -2,8 +2,10 @@
 
 namespace {
 
-/// The bytes between the quotes of the path that a record begins with; empty when it does not. A
-/// path with an escaped quote is cut there, which only makes it share its place with another.
+/// The bytes between the quotes of the path that a record begins with; empty when it does not begin
+/// with one. A path that holds an escaped quote ends there. That is harmless: two paths with the
+/// same beginning then share one place, of which only the later record is remembered, and what is
+/// remembered is always compared in all its bytes.
 std::string_view LeadingPath(std::string_view record) {
   constexpr std::string_view front = "{\"path\":\"";
   if (!record.starts_with(front)) {

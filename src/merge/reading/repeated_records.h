@@ -8,10 +8,11 @@
 #include <unordered_map>
 #include <vector>
 
-/// Remembers texts of records, for each source path the latest. A raw report holds the record of a
-/// header once for each source that includes it, mostly in the same bytes: comparing them is many
-/// times as fast as reading them. Only a record that begins with its path, as the analyzer core
-/// writes it, is remembered.
+/// Remembers the texts of records, for each source path the latest. A raw report holds the record
+/// of a header once for each source that includes it, mostly in the same bytes, and comparing these
+/// is many times as fast as reading the record again. Only records that begin with their path, as
+/// the analyzer core writes them, are remembered; for others nothing is gained. For use by one
+/// thread at a time.
 class RepeatedRecords {
  public:
   /// Remembers the text of one whole record.
@@ -30,7 +31,8 @@ class RepeatedRecords {
   };
 
   std::unordered_map<std::string, Record, Hash, std::equal_to<>> m_records;
-  /// As first remembered. Repeats mostly keep to one order, and the next need not be searched for.
+  /// In the order in which the paths were first remembered. Repeats mostly come in that order, too:
+  /// the record behind the one last found is tried first, and mostly saves the search.
   std::vector<Record const*> m_inOrder;
-  std::size_t m_expected = 0;
+  std::size_t m_expected = 0;  ///< The place in m_inOrder to try first.
 };

@@ -16,10 +16,12 @@ constexpr std::array<std::string_view, 12> KnownKeys = {"files",   "version", "p
                                                         "lines",   "line",    "code",  "markers",
                                                         "columns", "offsets", "begin", "end"};
 
-/// How many objects and arrays a structured report has around a number of a range.
+/// How many objects and arrays stand around a number of a range in a structured report, where it is
+/// deepest: report, files, record, lines, line, markers, marker, range.
 constexpr std::size_t Deepest = 8;
 
-/// Takes what the parser finds.
+/// Is told by the parser what it finds, piece by piece, and adds it to the tree; false stops the
+/// parser.
 class TreeBuilder : public json::json_sax_t {
  public:
   explicit TreeBuilder(json& root) : m_root(root) {}
@@ -95,10 +97,10 @@ class TreeBuilder : public json::json_sax_t {
   }
 
   json& m_root;
-  std::vector<json*> m_open;      ///< The objects and arrays of the tree around what comes next.
-  json* m_member = nullptr;       ///< What the last key stands for.
-  std::size_t m_openLeftOut = 0;  ///< The objects and arrays around it that are left out.
-  bool m_leavesNextOut = false;   ///< The next value has an unknown key.
+  std::vector<json*> m_open;      ///< The objects and arrays in the tree that are not closed yet.
+  json* m_member = nullptr;       ///< Where the value of the last key goes.
+  std::size_t m_openLeftOut = 0;  ///< How many unclosed objects and arrays are not in the tree.
+  bool m_leavesNextOut = false;   ///< Whether the next value has an unknown key.
 };
 
 }  // namespace

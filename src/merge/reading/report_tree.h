@@ -4,8 +4,9 @@
 #include <istream>
 #include <nlohmann/json.hpp>
 
-/// The tree of a report or of a file record, as far as from_json looks at it: what stands under an
-/// unknown key is checked and left out, and so is nesting deeper than a report's. A text that is no
-/// JSON, or no object, is null, which from_json refuses. The tree so grows with the markers, and
-/// not with whatever else a report may hold.
+/// The tree of a report or of a file record, as far as from_json looks at it. What stands under an
+/// unknown key, or is nested deeper than anything in a report, is checked by the parser and left
+/// out, so that the tree grows with the markers and not with whatever else a text may hold. A text
+/// that is no JSON, or no object, gives null, which from_json refuses. The parser takes a byte of 0
+/// for the end of the text.
 [[nodiscard]] nlohmann::json ReadReportTree(std::istream& text);

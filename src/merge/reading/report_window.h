@@ -1,4 +1,4 @@
-// A window on a report.
+// The part of a report that is in memory.
 #pragma once
 
 #include <cstddef>
@@ -10,13 +10,16 @@
 #include "merge/reading/input_file.h"
 #include "window_size.h"
 
-/// Shows a report from its front on, in large pieces; its size is the same for every report.
+/// Goes over a report from its front to its end and holds a part of it, in the same amount of
+/// memory for a report of any length. A report that cannot be opened or read looks like one that
+/// ends there; nothing is thrown but std::bad_alloc. For use by one thread at a time.
 class ReportWindow {
  public:
   /// In bytes.
   static constexpr std::size_t Size = WindowBytes(std::size_t{256} * 1024);
 
-  /// Behind Rest() stand so many bytes of 0, for readers that look ahead.
+  /// So many bytes of 0 follow Rest() in memory, so that a reader may compare its front with a text
+  /// of up to this length, or read until a byte does not fit, without looking for the end.
   static constexpr std::size_t Padding = 32;
 
   explicit ReportWindow(std::filesystem::path const& path);
@@ -40,7 +43,7 @@ class ReportWindow {
   /// Where Rest() begins, in bytes from the front of the report.
   [[nodiscard]] std::uint64_t Position() const { return m_position - Rest().size(); }
 
-  /// Whether ReturnTo can work.
+  /// Whether ReturnTo can go back to what the window no longer holds: not in a pipe.
   [[nodiscard]] bool CanReturn() const { return m_input.IsSeekable(); }
 
   /// Makes Rest() begin at an earlier position again.

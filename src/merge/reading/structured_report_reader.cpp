@@ -75,13 +75,15 @@ class PlainStructuredReader {
     FramedRecord framed(m_window);
     std::istream text(&framed);
     record = ReadReportTree(text).get<File>();
-    // An object that the library accepts by itself, and reads to its end, is what it would find
-    // here in the whole report. A NUL is an end to it: what follows, it has not looked at.
+    // If the library accepts all of the framed text, it would find the same object here when it
+    // reads the whole report. But it takes a NUL for the end of the text: what stands between a NUL
+    // and the closing brace it has not read, and in the whole report would have refused.
     const bool isReadWhole = framed.sgetc() == std::char_traits<char>::eof();
     return isReadWhole && framed.Close();
   }
 
-  /// Only a single digit: what the version is does not matter, and is left as it was.
+  /// Takes a single digit and leaves every other number to the library. Which number it is does not
+  /// matter: reading a report never changes the version of the collection.
   bool ReadVersion() {
     if (!m_window.SkipAny(Blanks) || m_window.Rest().front() < '0' ||
         m_window.Rest().front() > '9') {
@@ -118,7 +120,8 @@ class PlainStructuredReader {
 }  // namespace
 
 std::optional<FileSet> ReadPlainStructuredReport(std::filesystem::path const& path) {
-  // What is no ordinary file, a pipe for one, may be readable only once: it is the library's.
+  // A pipe can be read only once, and if this reader gave up half way, the library would find the
+  // rest alone. So all but ordinary files are left to the library from the start.
   if (std::error_code ignored; !std::filesystem::is_regular_file(path, ignored)) {
     return std::nullopt;
   }
@@ -126,7 +129,9 @@ std::optional<FileSet> ReadPlainStructuredReport(std::filesystem::path const& pa
   try {
     return PlainStructuredReader(path).Read(files) ? std::optional(std::move(files)) : std::nullopt;
   } catch (nlohmann::json::exception const&) {
-    return std::nullopt;  // Perhaps refused only for how this reader cut an unusual record.
+    // No verdict on the report: a brace in a string may have made this reader end the record at the
+    // wrong place.
+    return std::nullopt;
   }
 }
 

@@ -47,7 +47,7 @@ void WriteFile(PrettyJsonWriter& json, File const& file) {
   json.EndObject();
 }
 
-/// A name that the library refuses must not leave half a report.
+/// Throws for a path that the library refuses, so that no half of a report is written before it.
 void CheckPaths(FileSet const& files) {
   for (File const& file : files) {
     if (!IsPlainText(file.path.native())) {
