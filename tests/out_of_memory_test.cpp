@@ -51,7 +51,6 @@ TEST(OutOfMemory, ATaskThatCouldNotBeQueuedIsNotWaitedFor) {
 
 TEST(OutOfMemory, ACleanupHasItsLineAndItsBytes) {
   const ScratchDirectory scratch;
-  ::setenv("TMPDIR", scratch.Path().c_str(), 1);
   const std::string text = "a //-V1\n" + std::string(300'000, 'x');
   File file;
   file.path = "d/source";
@@ -75,7 +74,6 @@ TEST(OutOfMemory, ACleanupHasItsLineAndItsBytes) {
   });
   EXPECT_EQ(scratch.Read("d/source"), "a \n" + text.substr(8));
   EXPECT_EQ(scratch.Read("d/sourcetemp_qln_facleaner"), text);
-  ::unsetenv("TMPDIR");
 }
 
 }  // namespace
@@ -92,10 +90,11 @@ void* operator new(std::size_t size) {
   throw std::bad_alloc();
 }
 
-void operator delete(void* memory) noexcept {
+// Not inline, where GCC would see memory of `new` given to `free`, and warn.
+[[gnu::noinline]] void operator delete(void* memory) noexcept {
   std::free(memory);
 }
 
-void operator delete(void* memory, std::size_t /*size*/) noexcept {
+[[gnu::noinline]] void operator delete(void* memory, std::size_t /*size*/) noexcept {
   std::free(memory);
 }
