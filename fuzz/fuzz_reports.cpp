@@ -20,6 +20,7 @@
 #include <sstream>
 #include <utility>
 
+#include "merge/files.h"
 #include "merge/paths/weakly_canonical.h"
 #include "merge/reading/file_from_json.h"
 #include "merge/reading/framed_record.h"
