@@ -24,7 +24,7 @@ class Comparison {
   explicit Comparison(SourceFile& source) : m_window(source) {}
 
   [[nodiscard]] CleanedState With(FilteredSource const& wanted) {
-    std::string_view text = wanted.before;
+    const std::string_view text = wanted.before;
     std::size_t at = 0;
     for (ByteRange const& range : wanted.dropped) {
       Pass(text.substr(at, range.begin - at));
