@@ -17,7 +17,10 @@ class Console {
   Console();
 
   /// The standard output stream. What a name holds goes through Printable first.
-  [[nodiscard]] std::ostream& Out() { return m_out; }
+  [[nodiscard]] std::ostream& Out() {
+    EndProgress();
+    return m_out;
+  }
 
   /// Whether anybody can still read what is printed. A command that does nothing but print may stop
   /// when not.
@@ -30,7 +33,7 @@ class Console {
   /// of how many are done; rarely enough not to matter.
   void Progress(std::size_t done, std::size_t total);
 
-  /// Takes the progress off the terminal. So do Complain and Finish.
+  /// Takes the progress off the terminal. So do Out, Complain and Finish.
   void EndProgress();
 
   /// Has everything written, complains of what was not, and returns the exit status.
