@@ -38,8 +38,7 @@ class RawMerge {
         Intersect(**place, record);
         report.PassOverRepeats();  // More repeats will follow, and change nothing.
       } else {
-        record.path = relative;
-        place = Add(record);
+        place = Add(record, relative);
       }
     }
   }
@@ -55,8 +54,9 @@ class RawMerge {
     return m_places[path];
   }
 
-  /// Merges the record in; returns where it is stored.
-  Place Add(File& record) {
+  /// Merges the record in under `path`; returns where it is stored.
+  Place Add(File& record, fs::path const& path) {
+    record.path = path;
     const auto place = m_files.lower_bound(record);
     if (place != m_files.end() && !(record < *place)) {
       Intersect(*place, record);
@@ -65,7 +65,7 @@ class RawMerge {
     const auto stored = IsRatherMoved(record.lines) ? m_files.insert(place, std::move(record))
                                                     : m_files.insert(place, record);
     if (stored == m_files.end()) {  // No set does that; kept as a guard should the type change.
-      throw std::runtime_error(std::format("Merge error for file '{}'.", Display(record)));
+      throw std::runtime_error(std::format("Merge error for file '{}'.", Display({.path = path})));
     }
     return stored;
   }
