@@ -8,13 +8,13 @@
 // - the backup has the bytes that the source had, and no temporary file stays;
 // - with another hash, nothing is touched.
 
-#include <fuzzer/FuzzedDataProvider.h>
 #include <stdlib.h>
 
 #include <cstdint>
 #include <stdexcept>
 
 #include "cleaner/marks_filter.h"
+#include "input_bytes.h"
 #include "merge/hashing/sha1.h"
 #include "reference_filter.h"
 #include "require.h"
@@ -22,19 +22,19 @@
 
 namespace {
 
-std::uint64_t Number(FuzzedDataProvider& data) {
-  const auto number = data.ConsumeIntegral<std::uint8_t>();
-  return number < 240 ? number % 60 : data.ConsumeIntegral<std::uint64_t>();
+std::uint64_t Number(InputBytes& data) {
+  const auto number = data.Take<std::uint8_t>();
+  return number < 240 ? number % 60 : data.Take<std::uint64_t>();
 }
 
-std::vector<Line> ConsumeLines(FuzzedDataProvider& data) {
-  std::vector<Line> lines(data.ConsumeIntegralInRange<std::size_t>(1, 8));
+std::vector<Line> ConsumeLines(InputBytes& data) {
+  std::vector<Line> lines(1 + data.Take<std::uint8_t>() % 8);
   std::uint64_t number = 0;
   for (Line& line : lines) {
     number += Number(data) % 8;
-    line.line = data.ConsumeIntegral<std::uint8_t>() == 0 ? data.ConsumeIntegral<std::uint32_t>()
-                                                          : static_cast<std::uint32_t>(number);
-    line.markers.resize(data.ConsumeIntegralInRange<std::size_t>(0, 4));
+    line.line = data.Take<std::uint8_t>() == 0 ? data.Take<std::uint32_t>()
+                                               : static_cast<std::uint32_t>(number);
+    line.markers.resize(data.Take<std::uint8_t>() % 5);
     std::uint64_t position = 0;
     for (Marker& marker : line.markers) {
       position += Number(data);
@@ -57,15 +57,14 @@ std::string HashOf(std::string_view text) {
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* bytes, std::size_t size) {
   namespace fs = std::filesystem;
   static const ScratchDirectory scratch;
-  static const int isSet = ::setenv("TMPDIR", scratch.Path().c_str(), 1);
-  Require(isSet == 0, "the temporary directory can be set");
+  [[maybe_unused]] static const int isSet = ::setenv("TMPDIR", scratch.Path().c_str(), 1);
 
-  FuzzedDataProvider data(bytes, size);
+  InputBytes data(bytes, size);
   File file;
   file.path = "source";
   file.lines = ConsumeLines(data);
-  const bool hasChanged = data.ConsumeIntegral<std::uint8_t>() == 0;
-  const std::string text = data.ConsumeRemainingBytesAsString();
+  const bool hasChanged = data.Take<std::uint8_t>() == 0;
+  const std::string text = data.TakeRest();
   file.hash = HashOf(hasChanged ? text + "x" : text);
 
   const fs::path backup = scratch.Path() / "sourcetemp_qln_facleaner";
@@ -81,10 +80,9 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* bytes, std::size_t siz
   }
   Require(isRefused == hasChanged, "a changed source, and no other, is refused");
   Require(!fs::exists(scratch.Path() / "qln_fp_cleaner/source"), "no temporary file stays");
-  const bool isCleaned = !isRefused;
-  Require(fs::exists(backup) == isCleaned, "a cleaned source, and no other, has a backup");
-  Require(!isCleaned || scratch.Read(backup.filename().native()) == text, "the backup");
-  Require(scratch.Read("source") == (isCleaned ? ReferenceFilter(text, file.lines) : text),
+  Require(fs::exists(backup) != isRefused, "a cleaned source, and no other, has a backup");
+  Require(isRefused || scratch.Read(backup.filename().native()) == text, "the backup");
+  Require(scratch.Read("source") == (isRefused ? text : ReferenceFilter(text, file.lines)),
           "the source");
   return 0;
 }

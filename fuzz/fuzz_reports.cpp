@@ -1,7 +1,8 @@
 // Reading, merging and writing marker reports.
 //
 // Input: a byte that chooses the source-tree root, then one report; with its highest bit set, two
-// reports, of which the first ends at a byte 0xFF. The reports are merged one after the other.
+// reports, each with its root, of which the first ends at a byte 0xFF. They are merged in this
+// order.
 //
 // What must hold:
 // - counting braces through a window cuts the records that it cuts in the plain text;
@@ -149,7 +150,7 @@ void CheckWriting(Files const& files, ScratchDirectory const& scratch) {
 /// A source tree with what makes paths hard.
 ScratchDirectory const& Scratch() {
   static const ScratchDirectory scratch;
-  static const bool isFilled = [] {
+  [[maybe_unused]] static const bool isFilled = [] {
     fs::create_directories(scratch.Path() / "root/d/e");
     fs::create_symlink("d", scratch.Path() / "root/link");
     fs::create_symlink("..", scratch.Path() / "root/up");
@@ -159,7 +160,6 @@ ScratchDirectory const& Scratch() {
     fs::current_path(scratch.Path());
     return true;
   }();
-  static_cast<void>(isFilled);
   return scratch;
 }
 
@@ -172,7 +172,7 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
   ScratchDirectory const& scratch = Scratch();
   constexpr char const* roots[] = {"root", "root/link/",   "",          ".",
                                    "/",    "none/../root", "root/loop", "root/a"};
-  const fs::path root = roots[*data % std::size(roots)];
+  fs::path root = roots[*data % std::size(roots)];
   std::string_view rest(reinterpret_cast<char const*>(data) + 1, size - 1);
   const std::string_view first = *data < 0x80 ? rest : rest.substr(0, rest.find('\xff'));
   rest.remove_prefix(std::min(first.size() + 1, rest.size()));
@@ -192,6 +192,7 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
       break;
     }
     isFirst = false;
+    root = roots[*data / 8 % std::size(roots)];
   }
   CheckWriting(files, scratch);
   return 0;

@@ -10,8 +10,6 @@
 // - so has the report of markers, with one warning for each marker that has a number;
 // - text that is not UTF-8 ends in the library's exception, and nothing else does.
 
-#include <fuzzer/FuzzedDataProvider.h>
-
 #include <algorithm>
 #include <cstdint>
 #include <format>
@@ -19,6 +17,7 @@
 #include <nlohmann/json.hpp>
 
 #include "converter/json_output.h"
+#include "input_bytes.h"
 #include "merge/files.h"
 #include "require.h"
 #include "scratch_directory.h"
@@ -84,26 +83,27 @@ json WarningJson(Warning const& warning) {
   return j;
 }
 
-Warning ConsumeWarning(FuzzedDataProvider& data) {
-  const auto text = [&data] { return data.ConsumeRandomLengthString(); };
+Warning ConsumeWarning(InputBytes& data) {
+  const auto text = [&data] { return data.TakeText(); };
   Warning warning;
-  warning.code = (data.ConsumeBool() ? "V" : "") + text();
+  warning.code = (data.Take<bool>() ? "V" : "") + text();
   warning.message = text();
   warning.sastId = text();
-  for (auto count = data.ConsumeIntegral<std::uint8_t>() % 4; count > 0; --count) {
+  for (auto count = data.Take<std::uint8_t>() % 4; count > 0; --count) {
     warning.projects.insert(text());
     warning.analyzedSourceFiles.insert(text());
-    WarningPosition& position =
-        warning.positions.emplace_back(text(), data.ConsumeIntegral<std::uint64_t>());
-    position.column = data.ConsumeIntegral<std::uint32_t>();
-    position.endColumn = data.ConsumeIntegral<std::uint8_t>();
-    position.previousLine = data.ConsumeIntegral<std::int32_t>();
-    position.columns = data.ConsumeIntegral<std::uint32_t>();
+    WarningPosition& position = warning.positions.emplace_back(text(), data.Take<std::uint64_t>());
+    position.column = data.Take<std::uint32_t>();
+    position.endColumn = data.Take<std::uint8_t>();
+    position.previousLine = data.Take<std::int32_t>();
+    position.currentLine = ~position.previousLine;
+    position.nextLine = position.previousLine / 3;
+    position.columns = data.Take<std::uint32_t>();
   }
-  warning.cwe = data.ConsumeIntegral<std::uint32_t>();
-  warning.level = data.ConsumeIntegral<std::uint8_t>();
-  warning.favorite = data.ConsumeBool();
-  warning.falseAlarm = data.ConsumeBool();
+  warning.cwe = data.Take<std::uint32_t>();
+  warning.level = data.Take<std::uint8_t>();
+  warning.favorite = data.Take<bool>();
+  warning.falseAlarm = data.Take<bool>();
   return warning;
 }
 
@@ -130,14 +130,14 @@ void Check(ScratchDirectory const& scratch, json const& expected, Action write) 
   Require(written == text, "the report has the bytes of the library");
 }
 
-void CheckWriter(ScratchDirectory const& scratch, FuzzedDataProvider& data) {
-  const bool isStarted = data.ConsumeIntegral<std::uint8_t>() != 0;
+void CheckWriter(ScratchDirectory const& scratch, InputBytes& data) {
+  const bool isStarted = data.Take<std::uint8_t>() != 0;
   json expected;
   if (isStarted) {
     expected = {{"version", 3}, {"warnings", json::array()}};
   }
   std::vector<Warning> warnings;
-  for (auto count = data.ConsumeIntegral<std::uint8_t>() % 4; count > 0; --count) {
+  for (auto count = data.Take<std::uint8_t>() % 4; count > 0; --count) {
     Warning const& warning = warnings.emplace_back(ConsumeWarning(data));
     const std::uint64_t code = CodeOf(warning.code);
     Require(warning.GetErrorCode() == code, "the code");
@@ -159,18 +159,18 @@ void CheckWriter(ScratchDirectory const& scratch, FuzzedDataProvider& data) {
   });
 }
 
-void CheckReportOfMarkers(ScratchDirectory const& scratch, FuzzedDataProvider& data) {
+void CheckReportOfMarkers(ScratchDirectory const& scratch, InputBytes& data) {
   Files files;
-  while (data.remaining_bytes() > 0 && files.files.size() < 4) {
+  while (!data.IsEmpty() && files.files.size() < 4) {
     File file;
-    file.path = data.ConsumeRandomLengthString();
-    file.lines.resize(data.ConsumeIntegral<std::uint8_t>() % 3);
+    file.path = data.TakeText();
+    file.lines.resize(data.Take<std::uint8_t>() % 3);
     for (Line& line : file.lines) {
-      line.line = data.ConsumeIntegral<std::uint32_t>();
-      line.markers.resize(data.ConsumeIntegral<std::uint8_t>() % 4);
+      line.line = data.Take<std::uint32_t>();
+      line.markers.resize(data.Take<std::uint8_t>() % 4);
       for (Marker& marker : line.markers) {
-        marker.code = data.ConsumeIntegral<std::uint64_t>();
-        marker.code >>= data.ConsumeIntegral<std::uint8_t>() % 64U;
+        marker.code = data.Take<std::uint64_t>();
+        marker.code >>= data.Take<std::uint8_t>() % 64U;
       }
     }
     files.files.insert(file);
@@ -199,7 +199,7 @@ void CheckReportOfMarkers(ScratchDirectory const& scratch, FuzzedDataProvider& d
 
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* bytes, std::size_t size) {
   static const ScratchDirectory scratch;
-  FuzzedDataProvider data(bytes, size);
+  InputBytes data(bytes, size);
   CheckWriter(scratch, data);
   CheckReportOfMarkers(scratch, data);
   return 0;

@@ -1,13 +1,12 @@
-// How a fuzz program says that something does not hold.
+// How a check that fuzz programs and tests share says that something does not hold.
 #pragma once
 
 #include <cstdio>
-#include <cstdlib>
 
-/// Ends the process, for libFuzzer to keep the input, unless `holds`.
+/// Throws `what`, unless `holds`: a fuzz program ends, and libFuzzer keeps the input.
 inline void Require(bool holds, char const* what) {
   if (!holds) {
     std::fprintf(stderr, "Does not hold: %s\n", what);
-    std::abort();
+    throw what;
   }
 }

@@ -1,4 +1,4 @@
-// What an allocation that fails leaves behind, whichever it is.
+// What an allocation that fails leaves behind, whichever it is, and what an unknown error does.
 #include <gtest/gtest.h>
 
 #include <array>
@@ -9,12 +9,18 @@
 #include "cleaner/marks_filter.h"
 #include "cleaner/thread_pool.h"
 #include "merge/hashing/sha1.h"
+#include "merge/reading/report_window.h"
 #include "scratch_directory.h"
+
+int ProgramMain(int argc, char** argv);
 
 namespace {
 
 /// How many allocations of this thread still succeed before one fails; below 0, all do.
 thread_local int allowed = -1;
+
+/// An allocation of so many bytes, by any thread, throws what is no exception of the library's.
+std::atomic<std::size_t> strange = 0;
 
 /// Calls `action` with its first allocation failing, then with its second, and so on until it gets
 /// through; `check` sees what each failure left.
@@ -76,9 +82,35 @@ TEST(OutOfMemory, ACleanupHasItsLineAndItsBytes) {
   EXPECT_EQ(scratch.Read("d/sourcetemp_qln_facleaner"), text);
 }
 
+TEST(UnknownError, EndsTheProgramAtOnceAndSaysSo) {
+  const ScratchDirectory scratch;
+  const std::string root = scratch.Path();
+  const std::string text(EditWindow::Size, 'x');
+  SHA1 sha1;
+  sha1.add(text.data(), text.size());
+  scratch.Write("a", text);
+  const std::string report =
+      scratch.Write("report", R"({"path":")" + root + R"(/a","hash":")" + sha1.getHash() +
+                                  R"(","lines":[{"line":1,"markers":[]}]})");
+  const char* arguments[] = {"", "cleanup", "-r", root.c_str(), report.c_str(), nullptr};
+  const auto run = [&](std::size_t size) {
+    strange = size;
+    std::exit(ProgramMain(5, const_cast<char**>(arguments)));
+  };
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  const testing::ExitedWithCode failure(EXIT_FAILURE);
+  EXPECT_EXIT(run(ReportWindow::Size + ReportWindow::Padding), failure,
+              "^Unrecognized error. The program is terminated.\n$");
+  EXPECT_EXIT(run(EditWindow::Size), failure, "^Unexpected error.\n$");
+  EXPECT_EQ(scratch.Read("a"), text);
+}
+
 }  // namespace
 
 void* operator new(std::size_t size) {
+  if (size != 0 && size == strange) {
+    throw "strange";
+  }
   if (allowed == 0) {
     allowed = -1;
     throw std::bad_alloc();

@@ -17,11 +17,10 @@ TEST(ProcessStatics, TempDirectoryIsTheFirstVariableThatIsSetAtAll) {
     ::unsetenv(name);
   }
   EXPECT_EQ(GetTempDirectory(), "/tmp");
-  const std::pair<const char*, const char*> cases[] = {
-      {"TEMPDIR", "/d/"}, {"TEMP", "relative"}, {"TMP", ""}, {"TMPDIR", "/no/such"}};
-  for (auto const& [name, value] : cases) {
-    ::setenv(name, value, 1);
-    EXPECT_EQ(GetTempDirectory(), value) << name;
+  const char* values[] = {"/no/such", "", "relative", "/d/"};
+  for (std::size_t i = names.size(); i-- > 0;) {
+    ::setenv(names[i], values[i], 1);
+    EXPECT_EQ(GetTempDirectory(), values[i]) << names[i];
   }
   for (const char* name : names) {
     ::unsetenv(name);

@@ -5,7 +5,7 @@ import os
 import resource
 import unittest
 
-from harness import BACKUP, EndToEnd, record
+from harness import EndToEnd, record
 
 LIMITS = {resource.RLIMIT_NOFILE: 64}
 if "QLN_WIDE_ADDRESSES" not in os.environ:
@@ -18,18 +18,6 @@ def narrow():
 
 
 class Load(EndToEnd):
-    def test_many_files(self):
-        contents = {f"{i % 50}/{i}.c": b"int a%d;  //-V501\n" % i + b"\n" * i for i in range(3000)}
-        report = self.raw_report("report", *(
-            record(self.source(name, content), content,
-                   {1: [(501, content.index(b"//-V"), content.index(b"\n"))]})
-            for name, content in contents.items()))
-        self.assertEqual(self.run_program("cleanup", "-r", "root", report, preexec_fn=narrow),
-                         (0, b"", b""))
-        expected = {name: content.replace(b"//-V501", b"") for name, content in contents.items()}
-        expected.update((name + BACKUP, content) for name, content in contents.items())
-        self.assertTrue(self.tree() == expected)
-
     def test_memory_does_not_grow_with_what_is_read(self):
         lines = {number: [(501, 7, 14)] for number in range(1, 400)}
         kept = record(self.root / "a", b"", lines)
