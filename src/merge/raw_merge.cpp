@@ -65,7 +65,7 @@ class RawMerge {
     const auto stored = IsRatherMoved(record.lines) ? m_files.insert(place, std::move(record))
                                                     : m_files.insert(place, record);
     if (stored == m_files.end()) {  // No set does that; kept as a guard should the type change.
-      throw std::runtime_error(std::format("Merge error for file '{}'.", Display({.path = path})));
+      throw std::runtime_error(std::format("Merge error for file '{}'.", Display(path)));
     }
     return stored;
   }
@@ -73,12 +73,16 @@ class RawMerge {
   void Intersect(File const& stored, File const& record) const {
     if (stored.hash != record.hash) {
       throw std::runtime_error(
-          std::format("Hash mismatch while merging reports for file '{}'.", Display(stored)));
+          std::format("Hash mismatch while merging reports for file '{}'.", Display(stored.path)));
     }
     stored.Intersect(record);
   }
 
-  [[nodiscard]] std::string Display(File const& file) const { return file.PathToString(m_root); }
+  [[nodiscard]] std::string Display(fs::path const& path) const {
+    File file;
+    file.path = path;
+    return file.PathToString(m_root);
+  }
 
   FileSet& m_files;
   SourcePaths& m_paths;
