@@ -8,13 +8,11 @@ import subprocess
 import time
 import unittest
 
-from harness import BACKUP, PROGRAM, EndToEnd, file_system_error, record
+from harness import BACKUP, PROGRAM, UNPRIVILEGED, EndToEnd, file_system_error, record
 
 MARKED = b"int a = 1;  //-V501 why\nint b; //-V502 //-V503\n"
 CLEAN = b"int a = 1;   why\nint b;  \n"
 MARKERS = {1: [(501, 12, 19)], 2: [(502, 7, 14), (503, 15, 22)]}
-# Root has to give up its right to pass over permissions.
-UNPRIVILEGED = ["setpriv", "--bounding-set", "-dac_override,-dac_read_search"]
 
 
 class Cleanup(EndToEnd):

@@ -10,7 +10,7 @@ import subprocess
 import time
 import unittest
 
-from harness import BACKUP, PROGRAM, EndToEnd, record
+from harness import BACKUP, PROGRAM, UNPRIVILEGED, EndToEnd, record
 
 TOOL = pathlib.Path(PROGRAM).with_name("qln-fp-tree")
 # Content, markers to remove, and what is left, by name.
@@ -41,10 +41,10 @@ class Companion(EndToEnd):
             for name, (content, markers, _) in SOURCES.items()))
         self.expect(["merge", "-r", "root", "-o", "merged", self.raw])
 
-    def run_tool(self, *arguments, **options):
+    def run_tool(self, *arguments, around=(), **options):
         """As run_program; sees to it that nothing stays in the temporary directory."""
         here = list(self.temp.iterdir())
-        done = subprocess.run([TOOL, *arguments], cwd=self.scratch, timeout=300, env={
+        done = subprocess.run([*around, TOOL, *arguments], cwd=self.scratch, timeout=300, env={
             **os.environ, "TMPDIR": str(self.temp)}, **{"capture_output": True, **options})
         if arguments[:1] != ("clean",):
             self.assertEqual(list(self.temp.iterdir()), here)
@@ -119,14 +119,11 @@ root/x\\ny: not named by merged, gone, root, blank, none, cut, pipe
         (self.root / "d e").chmod(0o555)
         (self.root / "last").chmod(0)
         self.addCleanup((self.root / "d e").chmod, 0o700)
-        user = {"user": 12345} if os.geteuid() == 0 else {}
-        for folder in self.scratch, self.root:
-            folder.chmod(0o755)
-        self.assertEqual(sorted(self.run_tool("check", "-r", "root", "merged", **user)[2].decode()
-                                .replace("qln-fp-tree: ", "").splitlines()), sorted([
-            "source that may not be read: root/last", "folder that may not be written: root/d e",
-            *(["folder that may not be written: root"] if user else []),
-            f"temporary directory that may not be written: {self.temp}"]))
+        around = UNPRIVILEGED if os.geteuid() == 0 else ()
+        errors = self.run_tool("check", "-r", "root", "merged", around=around)[2].decode()
+        self.assertEqual(sorted(errors.replace("qln-fp-tree: ", "").splitlines()), [
+            "folder that may not be written: root/d e", "source that may not be read: root/last",
+            f"temporary directory that may not be written: {self.temp}"])
 
     def test_preview(self):
         for report in self.raw, "merged":

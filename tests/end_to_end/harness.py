@@ -12,6 +12,8 @@ import unittest
 
 PROGRAM = os.environ["QLN_FP_CLEANER"]
 BACKUP = "temp_qln_facleaner"
+# Root has to give up its right to pass over permissions.
+UNPRIVILEGED = ["setpriv", "--bounding-set", "-dac_override,-dac_read_search"]
 
 
 def golden(name):
