@@ -118,7 +118,7 @@ std::string RandomReport() {
   const std::string files = "\"files\":[" + text + "]";
   const std::string version = "\"version\" : 1";
   const std::string other = R"("x":[{"files":[[[[[[{"x":[1]}]]]]]]}],"y":)" + files.substr(8);
-  const Pieces members = {files, files, version, version, other};
+  const Pieces members = {files, files, "\"files\":[]", version, version, other};
   text = "{" + std::string(Any(members));
   for (auto count = 1 + Below(3); count > 0; --count) {
     text += "," + std::string(Any(members));
