@@ -122,11 +122,24 @@ void* operator new(std::size_t size) {
   throw std::bad_alloc();
 }
 
+// The sanitizers' own forms for arrays do not call the ones above and below.
+void* operator new[](std::size_t size) {
+  return operator new(size);
+}
+
 // Not inline, where GCC would see memory of `new` given to `free`, and warn.
 [[gnu::noinline]] void operator delete(void* memory) noexcept {
   std::free(memory);
 }
 
 [[gnu::noinline]] void operator delete(void* memory, std::size_t /*size*/) noexcept {
+  std::free(memory);
+}
+
+[[gnu::noinline]] void operator delete[](void* memory) noexcept {
+  std::free(memory);
+}
+
+[[gnu::noinline]] void operator delete[](void* memory, std::size_t /*size*/) noexcept {
   std::free(memory);
 }
