@@ -35,7 +35,7 @@ class ShortCalls : public testing::Test {
     m_file.hash = sha1.getHash();
     m_file.lines = {{1, {{1, {}, {2, 7}}}}};
   }
-  ~ShortCalls() override { mostAtOnce = readable = writable = SIZE_MAX; }
+  void TearDown() override { mostAtOnce = readable = writable = SIZE_MAX; }
 
   void Clean() { MarksFilter(m_file).SaveFilteredFile(m_scratch.Path()); }
 
