@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <exception>
 #include <format>
 #include <functional>
@@ -22,8 +23,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
+/// A folder that is not there has no permissions; that its sources are missing is said elsewhere.
 bool MayWrite(fs::path const& folder) {
-  return ::faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) == 0;
+  return ::faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) == 0 || errno == ENOENT;
 }
 
 bool IsLink(fs::path const& path) {
