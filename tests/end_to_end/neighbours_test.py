@@ -164,6 +164,7 @@ class Neighbours(EndToEnd):
                                      stderr=subprocess.PIPE, timeout=60)
             self.assertEqual((run.returncode, run.stderr), (0, b""), arguments)
 
+    @unittest.skipIf("QLN_WIDE_ADDRESSES" in os.environ, "sanitizers keep their memory in files")
     def test_a_limit_on_file_sizes(self):
         def limit():
             resource.setrlimit(resource.RLIMIT_FSIZE, (10000, 10000))
