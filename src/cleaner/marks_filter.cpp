@@ -1,6 +1,5 @@
 #include "cleaner/marks_filter.h"
 
-#include <cerrno>
 #include <format>
 #include <new>
 #include <stdexcept>

@@ -1,6 +1,6 @@
 #include "tree/page.h"
 
-#include "tree/new_file.h"
+#include "tree/output_file.h"
 #include "tree/page_data.h"
 #include "tree/page_frame.h"
 #include "tree/reports.h"
@@ -9,7 +9,7 @@ namespace tree {
 
 void Page(Options const& options, Console& console) {
   const Reports reports = ReadReports(options.reports, options.root);
-  NewFile file(options.output);
+  OutputFile file(options.output);
   file.Write(PageFrame::Head());
   WritePageData(file, reports, options, console);
   file.Write(PageFrame::Tail());

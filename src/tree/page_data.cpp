@@ -64,8 +64,8 @@ std::string ReportsJson(Reports const& reports) {
   return json;
 }
 
-void WriteFiles(NewFile& file, Reports const& reports, fs::path const& root, PageSourceJson& json,
-                Console& console) {
+void WriteFiles(OutputFile& file, Reports const& reports, fs::path const& root,
+                PageSourceJson& json, Console& console) {
   const std::vector<fs::path> paths = NamedSources(reports);
   const std::uint32_t around = LinesAround(reports);
   std::string_view comma;
@@ -85,7 +85,7 @@ void WriteFiles(NewFile& file, Reports const& reports, fs::path const& root, Pag
 
 }  // namespace
 
-void WritePageData(NewFile& file, Reports const& reports, Options const& options,
+void WritePageData(OutputFile& file, Reports const& reports, Options const& options,
                    Console& console) {
   using std::chrono::minutes;
   using std::chrono::system_clock;

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "tree/console.h"
-#include "tree/new_file.h"
 #include "tree/options.h"
+#include "tree/output_file.h"
 #include "tree/reports.h"
 
 namespace tree {
@@ -21,6 +21,7 @@ namespace tree {
 /// entries in the last two, which marker_votes.h describes. A TEXT is of lines that follow one
 /// another from line FIRST on. Written piece by piece: memory is needed for the reports, and for
 /// the listed lines of some sources.
-void WritePageData(NewFile& file, Reports const& reports, Options const& options, Console& console);
+void WritePageData(OutputFile& file, Reports const& reports, Options const& options,
+                   Console& console);
 
 }  // namespace tree

@@ -5,8 +5,8 @@
 #include "merge/writing/structured_report_writer.h"
 #include "tree/code_set.h"
 #include "tree/globs.h"
-#include "tree/new_file.h"
-#include "tree/new_file_stream.h"
+#include "tree/output_file.h"
+#include "tree/output_file_stream.h"
 #include "tree/reports.h"
 
 namespace tree {
@@ -48,8 +48,8 @@ void Select(Options const& options, Console& /*console*/) {
     }
   }
   selected.DeleteEmpty();
-  NewFile output(options.output);
-  NewFileStream stream(output);
+  OutputFile output(options.output);
+  OutputFileStream stream(output);
   WriteStructuredReport(selected.version, selected.files, stream);
   output.Finish();
 }

@@ -4,15 +4,15 @@
 #include <ostream>
 #include <streambuf>
 
-#include "tree/new_file.h"
+#include "tree/output_file.h"
 
 namespace tree {
 
-/// Hands what is written to a NewFile, which must outlive it. What that throws leaves the stream's
-/// operations, too.
-class NewFileStream : private std::streambuf, public std::ostream {
+/// Hands what is written to an OutputFile, which must outlive it. What that throws leaves the
+/// stream's operations, too.
+class OutputFileStream : private std::streambuf, public std::ostream {
  public:
-  explicit NewFileStream(NewFile& file) : std::ostream(this), m_file(file) {
+  explicit OutputFileStream(OutputFile& file) : std::ostream(this), m_file(file) {
     exceptions(std::ios::badbit);
   }
 
@@ -28,7 +28,7 @@ class NewFileStream : private std::streambuf, public std::ostream {
     return count;
   }
 
-  NewFile& m_file;
+  OutputFile& m_file;
 };
 
 }  // namespace tree

@@ -12,12 +12,12 @@ namespace tree {
 /// device, a pipe or a symbolic link that stands in the place is written to as it is.
 ///
 /// What fails throws std::system_error with the path and the reason. For one thread.
-class NewFile {
+class OutputFile {
  public:
-  explicit NewFile(std::filesystem::path path);
-  ~NewFile();
-  NewFile(NewFile const&) = delete;
-  NewFile& operator=(NewFile const&) = delete;
+  explicit OutputFile(std::filesystem::path path);
+  ~OutputFile();
+  OutputFile(OutputFile const&) = delete;
+  OutputFile& operator=(OutputFile const&) = delete;
 
   void Write(std::string_view bytes);
 

@@ -1,4 +1,4 @@
-#include "tree/new_file.h"
+#include "tree/output_file.h"
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -26,7 +26,7 @@ fs::path WrittenPath(fs::path const& path) {
 
 }  // namespace
 
-NewFile::NewFile(fs::path path)
+OutputFile::OutputFile(fs::path path)
     : m_path(std::move(path)),
       m_written(WrittenPath(m_path)),
       m_descriptor(::open(m_written.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666)) {
@@ -35,7 +35,7 @@ NewFile::NewFile(fs::path path)
   }
 }
 
-NewFile::~NewFile() {
+OutputFile::~OutputFile() {
   if (m_descriptor >= 0) {
     ::close(m_descriptor);
   }
@@ -44,7 +44,7 @@ NewFile::~NewFile() {
   }
 }
 
-void NewFile::Write(std::string_view bytes) {
+void OutputFile::Write(std::string_view bytes) {
   m_buffer += bytes;
   if (m_buffer.size() >= BufferSize) {
     WriteOut(m_buffer);
@@ -52,7 +52,7 @@ void NewFile::Write(std::string_view bytes) {
   }
 }
 
-void NewFile::Finish() {
+void OutputFile::Finish() {
   WriteOut(m_buffer);
   m_buffer.clear();
   // Some file systems tell only now that there was no room.
@@ -65,11 +65,11 @@ void NewFile::Finish() {
   m_isFinished = true;
 }
 
-void NewFile::Fail() const {
+void OutputFile::Fail() const {
   throw std::system_error(errno, std::system_category(), "cannot write " + m_path.string());
 }
 
-void NewFile::WriteOut(std::string_view bytes) {
+void OutputFile::WriteOut(std::string_view bytes) {
   while (!bytes.empty()) {
     const ssize_t written = ::write(m_descriptor, bytes.data(), bytes.size());
     if (written > 0) {
