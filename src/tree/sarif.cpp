@@ -17,7 +17,7 @@ namespace {
 
 constexpr std::string_view Schema =
     "https://docs.oasis-open.org/sarif/sarif/v2.1.0/errata01/os/schemas/sarif-schema-2.1.0.json";
-constexpr std::string_view InformationUri = QLN_INFORMATION_URI;
+constexpr auto InformationUri = std::string_view(QLN_INFORMATION_URI);
 constexpr std::string_view Root = "%SRCROOT%";
 
 /// What dashboards take of one run.

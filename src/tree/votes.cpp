@@ -91,6 +91,7 @@ std::vector<Line> WhatGoes(File const* agreed) {
 
 std::vector<LineVotes> VotesOn(Reports const& reports, std::filesystem::path const& path) {
   std::vector<File const*> files;
+  files.reserve(reports.each.size());
   for (Report const& report : reports.each) {
     files.push_back(FindFile(report.files, path));
   }
