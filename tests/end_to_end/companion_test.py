@@ -384,13 +384,15 @@ root/last:1: listed by no report, and so left as it is
         cleaned = {name: text.replace(b"//-V501", b"") for name, text in before.items()}
         for path in self.tree():
             (self.root / path).unlink()
-        for name, content in before.items():
-            self.source(name, content)
         self.raw_report("many", *(record("root/" + name, text, {
             1: [(501, text.index(b"//"), text.index(b"//") + 7)]}) for name, text in before.items()))
         clean, undo, keep = (["clean", "-r", "root", "many"], ["undo", "-r", "root"],
-                             ["clean", "-r", "root", "--keep", "many"])
-        for commands, left in (([clean, undo], before), ([keep], cleaned)):
+                             ["keep", "-r", "root"])
+        keeps = [keep, clean_and_keep := [*clean, "--keep"]]
+        for commands, left in (([clean, undo], before), ([clean, keep], cleaned),
+                               ([clean_and_keep], cleaned)):
+            for name, content in before.items():
+                self.source(name, content)
             for command in commands:
                 for _ in range(6):
                     run = subprocess.Popen([TOOL, *command], cwd=self.scratch, stdout=subprocess.DEVNULL,
@@ -400,8 +402,9 @@ root/last:1: listed by no report, and so left as it is
                     run.wait()
                     tree = self.tree()
                     for name, content in before.items():
-                        self.assertIn(content, (tree.get(name), tree.get(name + BACKUP), (
-                            content if command is keep and tree.get(name) == cleaned[name] else 0)))
+                        is_kept = command in keeps and tree.get(name) == cleaned[name]
+                        self.assertIn(content, (tree.get(name), tree.get(name + BACKUP),
+                                                content if is_kept else None))
                 self.assertEqual(self.run_tool(*command)[::2], (0, b""), command)
             self.assertEqual(self.tree(), left)
 
