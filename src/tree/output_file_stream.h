@@ -17,6 +17,10 @@ class OutputFileStream : private std::streambuf, public std::ostream {
   }
 
  private:
+  // Both bases have these names, and compilers differ in whether that is an error.
+  using std::streambuf::int_type;
+  using std::streambuf::traits_type;
+
   int_type overflow(int_type byte) override {
     const char one = traits_type::to_char_type(byte);
     m_file.Write({&one, 1});
