@@ -1,28 +1,16 @@
 #include "cleaner/source_replacement.h"
 
-#include <fcntl.h>
-
 #include <cerrno>
-#include <cstdio>
 #include <new>
 #include <system_error>
 #include <vector>
 
 #include "cleaner/new_file.h"
+#include "cleaner/rename_to_free.h"
 
 namespace {
 
 namespace fs = std::filesystem;
-
-/// Renames only where nothing stands at `to`; false, with the reason in errno, when it cannot.
-bool RenameToFree(fs::path const& from, fs::path const& to) {
-#ifdef RENAME_NOREPLACE
-  return ::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0;
-#else
-  errno = EINVAL;
-  return false;
-#endif
-}
 
 void RenameToBackup(SourceFile const& source, fs::path const& path, fs::path const& backup) {
   if (RenameToFree(path, backup)) {
@@ -52,24 +40,10 @@ void CopyAll(TemporaryFile const& from, NewFile& to, std::optional<std::string_v
   }
 }
 
-/// Puts the source back after a copy that failed; false when something has come to its path.
-bool PutBack(fs::path const& backup, fs::path const& path) {
-  if (RenameToFree(backup, path)) {
-    return true;
-  }
-  // Some file systems know no rename that replaces nothing. There the path is looked at first.
-  std::error_code ignored;
-  if (errno == EEXIST || fs::exists(fs::symlink_status(path, ignored))) {
-    return false;
-  }
-  fs::rename(backup, path);
-  return true;
-}
-
 /// Throws the reason for which the copy failed, or that and where the original is.
 [[noreturn]] void FailToCopy(TemporaryFile const& rewritten, fs::path const& path,
                              fs::path const& backup, std::error_code reason, bool isFree) {
-  if (isFree && PutBack(backup, path)) {
+  if (isFree && MoveToFree(backup, path)) {
     throw fs::filesystem_error("in copy_file", rewritten.Path(), path, reason);
   }
   throw fs::filesystem_error("the source is left as it is now; its original is the backup", path,

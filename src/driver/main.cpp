@@ -5,9 +5,11 @@
 #include "cleaner/fa_cleaner.h"
 #include "driver/command_line.h"
 #include "process_statics.h"
+#include "standard_descriptors.h"
 #include "write_signals.h"
 
 int main(int argc, char** argv) {
+  OccupyStandardDescriptors();
   LetWritesFailWithoutSignals();
   ParseCommandLine(argc, argv);
   try {

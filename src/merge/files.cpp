@@ -56,6 +56,7 @@ void Files::ExtractFromReport(fs::path const& reportPath, bool isFirstReport,
     throw std::runtime_error(
         std::format("Parsing error for file '{}'.", WeaklyCanonical(reportPath).string()));
   }
+  m_hasUnreadReport |= reader.Failed();
 }
 
 void Files::DeleteEmpty() {

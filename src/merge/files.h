@@ -25,6 +25,10 @@ struct Files {
   void ExtractFromReport(std::filesystem::path const& reportPath, bool isFirstReport,
                          std::filesystem::path const& sourceTreeRoot);
 
+  /// Whether some report could not be opened, or not be read to its end. A merge goes on with what
+  /// it could read; the companion does not.
+  [[nodiscard]] bool HasUnreadReport() const { return m_hasUnreadReport; }
+
   /// Removes the files that have no lines left.
   void DeleteEmpty();
 
@@ -41,6 +45,7 @@ struct Files {
   /// How the paths of the raw reports so far are written relative to the root. About paths only:
   /// what is done to `files` between two reports does not make it wrong.
   SourcePaths m_paths;
+  bool m_hasUnreadReport = false;
 };
 
 /// Makes the structured report of `files`.

@@ -4,10 +4,12 @@
 #include <sys/xattr.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <map>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 
 namespace tree {
@@ -15,6 +17,7 @@ namespace tree {
 namespace {
 
 constexpr mode_t Permissions = 07777;
+constexpr std::string_view AccessList = "system.posix_acl_";
 
 using Values = std::map<std::string, std::string>;
 
@@ -72,12 +75,18 @@ std::error_code CopyExtended(int from, int to) {
   if (const std::error_code error = ReadExtended(to, there)) {
     return error;
   }
-  for (auto const& [name, value] : wanted) {
-    const auto found = there.find(name);
-    if ((found == there.end() || found->second != value) &&
-        ::fsetxattr(to, name.c_str(), value.data(), value.size(), 0) != 0) {
-      return LastError();
-    }
+  const auto set = [&](bool isList) {
+    return std::ranges::all_of(wanted, [&](auto const& one) {
+      auto const& [name, value] = one;
+      const auto found = there.find(name);
+      return name.starts_with(AccessList) != isList ||
+             (found != there.end() && found->second == value) ||
+             ::fsetxattr(to, name.c_str(), value.data(), value.size(), 0) == 0;
+    });
+  };
+  // An access list may take away the permission that setting the others needs, and so comes last.
+  if (!set(false) || !set(true)) {
+    return LastError();
   }
   for (auto const& [name, value] : there) {
     if (!wanted.contains(name) && ::fremovexattr(to, name.c_str()) != 0) {

@@ -28,15 +28,11 @@ bool IsGone(fs::path const& path) {
 }  // namespace
 
 BackupPair::BackupPair(Backup const& backup)
-    : m_backup(backup), m_source(backup.source), m_backupFile(backup.backup) {
+    : m_backup(backup),
+      m_backupFile(backup.backup),
+      m_turn(nullptr, m_backupFile.Handle(), m_backupFile.Identity()),
+      m_source(backup.source) {
   Look();
-}
-
-bool BackupPair::IsUnchanged() const {
-  const bool isSource =
-      m_source.IsOpen() ? m_source.StandingAt(m_backup.source) == SourceFile::Standing::Unchanged
-                        : IsGone(m_backup.source);
-  return isSource && m_backupFile.StandingAt(m_backup.backup) == SourceFile::Standing::Unchanged;
 }
 
 void BackupPair::Look() {

@@ -4,12 +4,14 @@
 #include <cstdint>
 #include <string>
 
+#include "cleaner/file_turn.h"
 #include "cleaner/source_file.h"
 #include "tree/backups.h"
 
 namespace tree {
 
-/// Both files, open. Nothing here throws but std::bad_alloc.
+/// Both files, open, and the turn of the backup, for which a cleanup that is at work on the source
+/// has it: such a one is waited for. Nothing here throws but std::bad_alloc.
 class BackupPair {
  public:
   enum class State : std::uint8_t {
@@ -25,9 +27,6 @@ class BackupPair {
   /// Why it is not Cleaned.
   [[nodiscard]] std::string const& Complaint() const { return m_complaint; }
 
-  /// Whether both are still the files that were looked at.
-  [[nodiscard]] bool IsUnchanged() const;
-
   [[nodiscard]] SourceFile const& Source() const { return m_source; }
   [[nodiscard]] SourceFile const& BackupFile() const { return m_backupFile; }
 
@@ -36,8 +35,9 @@ class BackupPair {
   void Compare();
 
   Backup const& m_backup;
-  SourceFile m_source;
   SourceFile m_backupFile;
+  FileTurn m_turn;
+  SourceFile m_source;
   State m_state = State::Refused;
   std::string m_complaint;
 };

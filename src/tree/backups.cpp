@@ -43,8 +43,12 @@ class Walk {
     std::error_code error;
     for (fs::directory_iterator at(folder, error); !error && at != fs::directory_iterator();
          at.increment(error)) {
-      std::error_code ignored;
-      const bool isFolder = at->symlink_status(ignored).type() == fs::file_type::directory;
+      std::error_code unknown;
+      const fs::file_type type = at->symlink_status(unknown).type();
+      const bool isFolder = type == fs::file_type::directory;
+      if (unknown && type != fs::file_type::not_found) {
+        m_console.Complain("cannot read " + at->path().string() + ": " + unknown.message());
+      }
       std::string name = at->path().filename().string();
       if (isFolder || name.ends_with(MarksFilter::TempName)) {
         entries.push_back({std::move(name), isFolder});

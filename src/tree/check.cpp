@@ -30,7 +30,7 @@ class Findings {
         m_reports(reports),
         m_isExcused(isExcused),
         m_console(console),
-        m_obstacles(options.root) {}
+        m_obstacles(options.root, reports.agreed) {}
 
   void Add(fs::path const& path, CheckedSource const& source) {
     ++m_sources;

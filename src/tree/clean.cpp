@@ -1,23 +1,23 @@
 #include "tree/clean.h"
 
-#include <cerrno>
 #include <cstddef>
-#include <cstdio>
 #include <exception>
 #include <format>
 #include <optional>
 #include <string>
-#include <system_error>
 #include <utility>
 #include <vector>
 
 #include "cleaner/file_turn.h"
 #include "cleaner/marks_filter.h"
+#include "cleaner/source_file.h"
+#include "tree/backups.h"
 #include "tree/check.h"
 #include "tree/cleaned_file.h"
 #include "tree/counted.h"
 #include "tree/in_order.h"
 #include "tree/keep.h"
+#include "tree/put_back.h"
 #include "tree/reports.h"
 
 namespace tree {
@@ -35,9 +35,11 @@ class Cleaner {
   [[nodiscard]] std::string Clean(File const& file) {
     std::string failure = TryToClean(file);
     CleanedState state = StateOf(file, m_root);
-    if (!failure.empty() && state == CleanedState::BrokenOff && PutBack(file)) {
-      // Another run was interrupted just there.
-      failure = TryToClean(file);
+    if (!failure.empty() && state == CleanedState::BrokenOff) {
+      // Another run was interrupted just there, or is just at work there and waited for.
+      if (PutBackBrokenOff(file)) {
+        failure = TryToClean(file);
+      }
       state = StateOf(file, m_root);
     }
     if (state == CleanedState::AsItShouldBe) {
@@ -57,9 +59,9 @@ class Cleaner {
   }
 
   /// A source that has come out too short, which a full disk does without a word.
-  [[nodiscard]] std::string Repair(File const& file, std::string const& failure) const {
+  [[nodiscard]] std::string Repair(File const& file, std::string const& failure) {
     const std::string why = failure.empty() ? "came out too short" : failure;
-    return PutBack(file)
+    return PutBackBrokenOff(file)
                ? std::format("put back: {}: {}", (m_root / file.path).string(), why)
                : std::format("cannot put back: {}: {}", (m_root / file.path).string(), why);
   }
@@ -72,10 +74,14 @@ class Cleaner {
     return failure.find(source) == std::string::npos ? source + ": " + failure : failure;
   }
 
-  [[nodiscard]] bool PutBack(File const& file) const {
-    const fs::path source = m_root / file.path;
-    const std::string backup = source.string() + std::string(MarksFilter::TempName);
-    return std::rename(backup.c_str(), source.c_str()) == 0;
+  [[nodiscard]] bool PutBackBrokenOff(File const& file) {
+    Backup backup{m_root / file.path, m_root / file.path};
+    backup.backup += MarksFilter::TempName;
+    const SourceFile backupFile(backup.backup);
+    const FileTurn turn(&m_turns, backupFile.Handle(), backupFile.Identity());
+    const SourceFile source(backup.source);
+    return StateOf(file, m_root) == CleanedState::BrokenOff &&
+           PutBack(backup, source, backupFile).empty();
   }
 
   fs::path const& m_root;

@@ -4,7 +4,6 @@
 #include <charconv>
 #include <cstdint>
 #include <format>
-#include <fstream>
 #include <iterator>
 #include <optional>
 #include <string>
@@ -12,6 +11,8 @@
 #include <vector>
 
 #include "merge/paths/weakly_canonical.h"
+#include "tree/listed_source.h"
+#include "tree/picked_texts.h"
 #include "tree/printable.h"
 #include "tree/reports.h"
 #include "tree/votes.h"
@@ -65,50 +66,29 @@ std::optional<Place> FindPlace(Reports const& reports, std::string_view typed,
                                                      : std::nullopt;
 }
 
-/// The lines of a file as a cleanup counts them: CR LF and LF CR are one line end, CR and LF, too.
-class SourceLines {
- public:
-  explicit SourceLines(fs::path const& path) {
-    std::ifstream stream(path, std::ios::binary);
-    m_text.assign(std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>());
+/// What is in the way of a cleanup, whatever goes; empty when nothing is.
+std::string_view ButOf(SourceCondition condition) {
+  switch (condition) {
+    case SourceCondition::Missing:
+      return "but there is no such source";
+    case SourceCondition::Changed:
+      return "but the source is not the one that was analyzed, and a cleanup leaves it";
+    case SourceCondition::Unreadable:
+      return "but the source cannot be read";
+    case SourceCondition::AsAnalyzed:
+      break;
   }
-
-  /// Lines must be asked for in ascending order. Nothing when the file has no such line.
-  [[nodiscard]] std::optional<std::string_view> Line(std::uint32_t number) {
-    while (m_number < number) {
-      const std::size_t end = LineLength();
-      if (m_at + end >= m_text.size()) {
-        return std::nullopt;
-      }
-      m_at += end + EndLength(m_at + end);
-      ++m_number;
-    }
-    return m_at < m_text.size() && m_number == number
-               ? std::optional(std::string_view(m_text).substr(m_at, LineLength()))
-               : std::nullopt;
-  }
-
- private:
-  [[nodiscard]] std::size_t LineLength() const {
-    return std::min(m_text.find_first_of("\r\n", m_at), m_text.size()) - m_at;
-  }
-
-  [[nodiscard]] std::size_t EndLength(std::size_t at) const {
-    const char partner = m_text[at] == '\n' ? '\r' : '\n';
-    return at + 1 < m_text.size() && m_text[at + 1] == partner ? 2 : 1;
-  }
-
-  std::string m_text;
-  std::size_t m_at = 0;
-  std::uint32_t m_number = 1;
-};
+  return {};
+}
 
 class Explanation {
  public:
-  Explanation(Reports const& reports, fs::path const& source, Console& console)
+  Explanation(Reports const& reports, fs::path const& path, ListedSource const& source,
+              Console& console)
       : m_reports(reports),
-        m_name(Printable(source.native())),
-        m_lines(source),
+        m_name(Printable(path.native())),
+        m_but(ButOf(source.condition)),
+        m_texts(source.hunks),
         m_out(console.Out()) {}
 
   void Print(LineVotes const& line) {
@@ -121,6 +101,9 @@ class Explanation {
                            Phrase(line.votes[i], report, line.markers));
     }
     PrintSource(line.line);
+    if (line.goes && !m_but.empty()) {
+      m_out << "    " << m_but << '\n';
+    }
   }
 
   /// The line that was asked for, and that no report lists.
@@ -131,8 +114,8 @@ class Explanation {
 
  private:
   void PrintSource(std::uint32_t number) {
-    if (const auto text = m_lines.Line(number)) {
-      std::string shown(*text);
+    std::string shown(m_texts.Of(number));
+    if (!shown.empty()) {
       std::ranges::replace(shown, '\t', ' ');
       m_out << "    | " << Printable(shown) << '\n';
     }
@@ -140,7 +123,8 @@ class Explanation {
 
   Reports const& m_reports;
   std::string m_name;
-  SourceLines m_lines;
+  std::string_view m_but;
+  PickedTexts m_texts;
   std::ostream& m_out;
 };
 
@@ -153,13 +137,19 @@ void Explain(Options const& options, Console& console) {
     console.Complain("no report names " + options.source);
     return;
   }
-  Explanation explanation(reports, options.root / place->path, console);
   std::vector<LineVotes> votes = VotesOn(reports, place->path);
   if (place->line) {
     std::erase_if(votes, [&](LineVotes const& line) { return line.line != *place->line; });
-    if (votes.empty()) {
-      explanation.PrintUnlisted(*place->line);
-    }
+  }
+  std::vector<std::uint32_t> numbers;
+  std::ranges::transform(votes, std::back_inserter(numbers), &LineVotes::line);
+  if (votes.empty() && place->line) {
+    numbers.push_back(*place->line);
+  }
+  const ListedSource source = ReadListedSource(reports, place->path, options.root, numbers, 0);
+  Explanation explanation(reports, options.root / place->path, source, console);
+  if (votes.empty() && place->line) {
+    explanation.PrintUnlisted(*place->line);
   }
   for (LineVotes const& line : votes) {
     explanation.Print(line);

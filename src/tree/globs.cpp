@@ -10,7 +10,7 @@ namespace tree {
 namespace {
 
 bool Matches(std::string const& glob, std::string const& path) {
-  return ::fnmatch(glob.c_str(), path.c_str(), FNM_LEADING_DIR) == 0;
+  return glob.empty() || ::fnmatch(glob.c_str(), path.c_str(), FNM_LEADING_DIR) == 0;
 }
 
 /// For the system **/ is at least one folder.
@@ -22,7 +22,8 @@ std::string WithoutAnyFolders(std::string glob) {
   return glob;
 }
 
-/// A folder may be written with a separator behind it, and a path with the root's before it.
+/// A folder may be written with a separator behind it, and a path with the root's before it; empty
+/// for the root itself.
 std::string Plain(std::string_view glob) {
   while (glob.starts_with("./") || glob.starts_with('/')) {
     glob.remove_prefix(glob.front() == '/' ? 1 : 2);
@@ -30,7 +31,7 @@ std::string Plain(std::string_view glob) {
   while (glob.ends_with('/')) {
     glob.remove_suffix(1);
   }
-  return std::string(glob);
+  return glob == "." ? std::string() : std::string(glob);
 }
 
 }  // namespace

@@ -11,13 +11,17 @@
 #include <utility>
 #include <vector>
 
+#include "cleaner/file_turn.h"
+#include "cleaner/source_file.h"
 #include "descriptor.h"
 #include "tree/attributes.h"
 #include "tree/backup_pair.h"
 #include "tree/backups.h"
 #include "tree/counted.h"
+#include "tree/file_version.h"
 #include "tree/in_order.h"
 #include "tree/printable.h"
+#include "tree/put_back.h"
 
 namespace tree {
 
@@ -31,13 +35,22 @@ std::string CannotKeep(Backup const& backup, std::error_code const& reason) {
   return "cannot keep: " + backup.source.string() + ": " + reason.message();
 }
 
+/// The source and the backup as they were looked at.
+struct Seen {
+  FileVersion source;
+  FileVersion backup;
+};
+
 /// What a worker found and did.
 struct Prepared {
-  std::string complaint{};  ///< Empty when the backup may be deleted.
-  dev_t fileSystem = 0;
+  std::string
+      complaint{};  ///< Empty when the backup may be deleted, if both are still as seen then.
+  Seen seen{};
 };
 
 Prepared Prepare(Backup const& backup) {
+  const auto source = VersionOf(backup.source);
+  const auto original = VersionOf(backup.backup);
   const BackupPair pair(backup);
   if (pair.WhatIs() != BackupPair::State::Cleaned) {
     return {.complaint = pair.Complaint()};
@@ -45,7 +58,26 @@ Prepared Prepare(Backup const& backup) {
   if (const auto error = CopyAttributes(pair.BackupFile().Handle(), pair.Source().Handle())) {
     return {.complaint = CannotKeep(backup, error)};
   }
-  return {.fileSystem = pair.Source().Identity().device};
+  const auto kept = VersionOf(pair.Source().Handle());
+  if (!source || !kept || !kept->HasContentOf(*source) || !original ||
+      VersionOf(pair.BackupFile().Handle()) != original) {
+    return {.complaint = ChangedMeanwhile(backup)};
+  }
+  return {.seen = {*kept, *original}};
+}
+
+/// Deletes the backup, unless somebody has been at work on either file since: for many files it is
+/// some time that they take to be written to the disk. Returns why not.
+std::string Delete(Backup const& backup, Seen const& seen) {
+  const SourceFile source(backup.source);
+  // A cleanup of the source would make another backup of this one; it waits, having to have the
+  // turn.
+  const FileTurn turn(nullptr, source.Handle(), source.Identity());
+  if (!source.IsOpen() || VersionOf(source.Handle()) != seen.source ||
+      VersionOf(backup.source) != seen.source || VersionOf(backup.backup) != seen.backup) {
+    return ChangedMeanwhile(backup);
+  }
+  return ::unlink(backup.backup.c_str()) == 0 ? std::string() : CannotKeep(backup, LastError());
 }
 
 /// The file systems that hold the cleaned sources, each by an open file of it.
@@ -75,14 +107,14 @@ class FileSystems {
 
 void Keep(Options const& options, Console& console) {
   const std::vector<Backup> backups = FindBackups(options.root, console);
-  std::vector<Backup const*> prepared;
+  std::vector<std::pair<Backup const*, Seen>> doomed;
   FileSystems fileSystems;
   InOrder<Prepared>(
       backups.size(), [&](std::size_t index) { return Prepare(backups[index]); },
       [&](std::size_t index, Prepared const& one) {
         if (one.complaint.empty()) {
-          fileSystems.Add(one.fileSystem, backups[index]);
-          prepared.push_back(&backups[index]);
+          fileSystems.Add(one.seen.source.file.device, backups[index]);
+          doomed.emplace_back(&backups[index], one.seen);
         } else {
           console.Complain(one.complaint);
         }
@@ -95,9 +127,9 @@ void Keep(Options const& options, Console& console) {
     return;
   }
   std::size_t done = 0;
-  for (Backup const* backup : prepared) {
-    if (::unlink(backup->backup.c_str()) != 0) {
-      console.Complain(CannotKeep(*backup, LastError()));
+  for (auto const& [backup, seen] : doomed) {
+    if (const std::string complaint = Delete(*backup, seen); !complaint.empty()) {
+      console.Complain(complaint);
       continue;
     }
     console.Out() << "kept: " << Printable(backup->source.native()) << '\n';

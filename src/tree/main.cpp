@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <system_error>
 
+#include "standard_descriptors.h"
 #include "tree/command_line.h"
 #include "tree/console.h"
 #include "write_signals.h"
@@ -26,6 +27,7 @@ void Run(tree::Command const& command, tree::Console& console) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  OccupyStandardDescriptors();
   // Work on files goes on when nobody reads any more what is printed of it.
   LetWritesFailWithoutSignals();
   tree::Console console;

@@ -11,11 +11,15 @@
 #include <format>
 #include <functional>
 #include <numeric>
+#include <string_view>
 #include <thread>
 #include <utility>
 
 #include "cleaner/fa_cleaner.h"
+#include "cleaner/file_identity.h"
+#include "cleaner/marks_filter.h"
 #include "merge/paths/weakly_canonical.h"
+#include "tree/reports.h"
 
 namespace tree {
 
@@ -33,16 +37,40 @@ bool IsLink(fs::path const& path) {
   return ::lstat(path.c_str(), &status) == 0 && S_ISLNK(status.st_mode);
 }
 
+/// What is wrong with the place of the source's backup, before the source's name; empty when it is
+/// free, or holds the backup of an earlier cleanup.
+std::string_view WrongWithBackupOf(fs::path const& source) {
+  fs::path backup = source;
+  backup += MarksFilter::TempName;
+  struct stat there{};
+  if (::lstat(backup.c_str(), &there) != 0) {
+    return errno == ENAMETOOLONG ? "name too long for a backup's: " : "";
+  }
+  struct stat own{};
+  const bool isSource =
+      ::lstat(source.c_str(), &own) == 0 && FileIdentity(own) == FileIdentity(there);
+  return isSource || !S_ISREG(there.st_mode) ? "the place of the backup is taken, of: " : "";
+}
+
 }  // namespace
 
-Obstacles::Obstacles(fs::path root)
-    : m_root(std::move(root)), m_canonicalRoot(WeaklyCanonical(m_root)) {}
+Obstacles::Obstacles(fs::path root, Files const& agreed)
+    : m_agreed(agreed), m_root(std::move(root)), m_canonicalRoot(WeaklyCanonical(m_root)) {}
 
 std::string Obstacles::InTheWayOf(File const& file) {
   const fs::path source = m_root / file.path;
   Folder& folder = Look(source.parent_path());
   if (folder.isOutside || (IsLink(source) && IsOutside(source))) {
     return "source outside the root: " + source.string();
+  }
+  if (IsLink(source)) {
+    return "source that is a link, and would become a file: " + source.string();
+  }
+  if (const std::string_view wrong = WrongWithBackupOf(source); !wrong.empty()) {
+    return std::string(wrong) + source.string();
+  }
+  if (IsBackupOfAnother(file)) {
+    return "source with the name of another one's backup: " + source.string();
   }
   if (std::exchange(folder.isReadOnly, false)) {
     return "folder that may not be written: " + source.parent_path().string();
@@ -56,6 +84,12 @@ Obstacles::Folder& Obstacles::Look(fs::path const& folder) {
     found->second = {IsOutside(folder), !MayWrite(folder)};
   }
   return found->second;
+}
+
+bool Obstacles::IsBackupOfAnother(File const& file) const {
+  const std::string_view name = file.path.native();
+  return name.ends_with(MarksFilter::TempName) &&
+         FindFile(m_agreed, name.substr(0, name.size() - MarksFilter::TempName.size())) != nullptr;
 }
 
 bool Obstacles::IsOutside(fs::path const& path) const {

@@ -8,17 +8,19 @@
 #include <string>
 #include <vector>
 
-#include "merge/file.h"
+#include "merge/files.h"
 
 namespace tree {
 
 /// Remembers what it found of folders. For one thread.
 class Obstacles {
  public:
-  explicit Obstacles(std::filesystem::path root);
+  /// `agreed` is all that is to be cleaned, and outlives the object.
+  Obstacles(std::filesystem::path root, Files const& agreed);
 
-  /// What is in the way of cleaning one source: it lies outside the root, or its folder may not be
-  /// written, which is said once for each folder. Empty when nothing is.
+  /// What is in the way of cleaning one source: it lies outside the root or is a link, there is no
+  /// place for its backup, or its folder may not be written, which is said once for each folder.
+  /// Empty when nothing is.
   [[nodiscard]] std::string InTheWayOf(File const& file);
 
  private:
@@ -30,6 +32,9 @@ class Obstacles {
   [[nodiscard]] bool IsOutside(std::filesystem::path const& path) const;
   Folder& Look(std::filesystem::path const& folder);
 
+  [[nodiscard]] bool IsBackupOfAnother(File const& file) const;
+
+  Files const& m_agreed;
   std::filesystem::path m_root;
   std::filesystem::path m_canonicalRoot;
   std::map<std::string, Folder> m_folders;

@@ -1,11 +1,13 @@
 #include "tree/output_file.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstddef>
 #include <cstdio>
+#include <format>
 #include <system_error>
 #include <utility>
 
@@ -17,11 +19,24 @@ namespace fs = std::filesystem;
 
 constexpr std::size_t BufferSize = std::size_t{64} * 1024;
 
+/// With a number that no other run has at the time, so that two do not write into one file.
 fs::path WrittenPath(fs::path const& path) {
   std::error_code error;
   const fs::file_type type = fs::symlink_status(path, error).type();
   const bool isReplaced = type == fs::file_type::not_found || type == fs::file_type::regular;
-  return isReplaced ? fs::path(path.native() + ".part") : path;
+  return isReplaced ? fs::path(std::format("{}.part{}", path.native(), ::getpid())) : path;
+}
+
+int Open(fs::path const& written, fs::path const& path) {
+  if (written == path) {
+    return ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
+  }
+  const int descriptor = ::open(written.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+  struct stat older{};
+  if (descriptor >= 0 && ::stat(path.c_str(), &older) == 0) {
+    ::fchmod(descriptor, older.st_mode & 0777);  // Whoever may not read it, still may not.
+  }
+  return descriptor;
 }
 
 }  // namespace
@@ -29,7 +44,7 @@ fs::path WrittenPath(fs::path const& path) {
 OutputFile::OutputFile(fs::path path)
     : m_path(std::move(path)),
       m_written(WrittenPath(m_path)),
-      m_descriptor(::open(m_written.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666)) {
+      m_descriptor(Open(m_written, m_path)) {
   if (m_descriptor < 0) {
     Fail();
   }

@@ -7,8 +7,9 @@
 
 namespace tree {
 
-/// Is written under the name with ".part" appended, which Finish() takes away; so an older file
-/// stays until there is a new one, and nobody meets half of one. Unfinished, it is removed. A
+/// Is written under the name with ".part" and a number appended, which Finish() takes away; so an
+/// older file stays until there is a new one, which then has its permissions, and nobody meets half
+/// of one. Nothing that stands there is written over. Unfinished, it is removed. A
 /// device, a pipe or a symbolic link that stands in the place is written to as it is.
 ///
 /// What fails throws std::system_error with the path and the reason. For one thread.

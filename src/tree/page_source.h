@@ -6,15 +6,14 @@
 #include <string>
 #include <vector>
 
+#include "tree/listed_source.h"
 #include "tree/reports.h"
 #include "tree/votes.h"
 
 namespace tree {
 
-enum class SourceState : std::uint8_t { AsAnalyzed, Missing, Changed, Unreadable };
-
 struct PageSource {
-  SourceState state = SourceState::AsAnalyzed;
+  SourceCondition condition = SourceCondition::AsAnalyzed;
   std::vector<LineVotes> lines;
   /// For each marker of the lines, in order, where it stands in what is shown of its line, counted
   /// as ShownLength does; empty ranges for lines that are not shown.

@@ -33,7 +33,7 @@ std::string PageSourceJson::Of(std::filesystem::path const& path, PageSource con
                                Reports const& reports) {
   std::string json = "[";
   AppendPageString(json, path.native());
-  std::format_to(std::back_inserter(json), ",{},[", static_cast<int>(source.state));
+  std::format_to(std::back_inserter(json), ",{},[", static_cast<int>(source.condition));
   AppendLines(json, source, reports);
   return json.append("],[").append(source.hunks).append("]]");
 }

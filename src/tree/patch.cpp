@@ -51,8 +51,10 @@ class ChangesOf {
 
  private:
   void Drop(ByteRange const& range) {
-    const std::size_t lineBegin = LineBegin(m_text, range.begin);
-    if (m_changes.empty() || lineBegin > m_changes.back().end) {
+    // A line may have many thousand markers, and is to be walked along only once.
+    const bool isInChange = !m_changes.empty() && range.begin < m_changes.back().end;
+    const std::size_t lineBegin = isInChange ? 0 : LineBegin(m_text, range.begin);
+    if (!isInChange && (m_changes.empty() || lineBegin > m_changes.back().end)) {
       Close();
       m_line += LinesIn(m_text.substr(m_counted, lineBegin - m_counted));
       m_counted = lineBegin;
@@ -62,7 +64,9 @@ class ChangesOf {
     Change& change = m_changes.back();
     change.after += m_text.substr(m_kept, range.begin - m_kept);
     m_kept = range.end;
-    change.end = std::max(change.end, LineEnd(m_text, range.end));
+    if (range.end >= change.end) {
+      change.end = LineEnd(m_text, range.end);
+    }
   }
 
   void Close() {

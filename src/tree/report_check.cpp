@@ -53,6 +53,9 @@ std::string WhatIsWrong(fs::path const& report, fs::path const& root, Files& fil
       return "empty report: " + report.string();
     }
     files.ExtractFromReport(report, true, root);
+    if (files.HasUnreadReport()) {
+      return "cannot read the report to its end: " + report.string();
+    }
     return BreaksOff(shape, report) ? "report cut short, or not to be checked: " + report.string()
                                     : std::string();
   } catch (std::exception const& error) {
@@ -65,6 +68,7 @@ std::string WhatIsWrong(fs::path const& report, fs::path const& root, Files& fil
 CheckedReports CheckReports(std::vector<fs::path> const& paths, fs::path const& root,
                             Console& console) {
   CheckedReports checked;
+  const UnchangedReports unchanged(paths);
   for (fs::path const& path : paths) {
     Report& report = checked.reports.each.emplace_back(path);
     if (const std::string wrong = WhatIsWrong(path, root, report.files); !wrong.empty()) {
@@ -75,6 +79,7 @@ CheckedReports CheckReports(std::vector<fs::path> const& paths, fs::path const& 
   if (checked.areWhole) {
     try {
       checked.reports.agreed = ReadAgreed(paths, root);
+      unchanged.Confirm();
     } catch (std::exception const& error) {  // Reports of one source in different states.
       console.Complain(error.what());
       checked.areWhole = false;

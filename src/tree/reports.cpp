@@ -3,7 +3,9 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <iterator>
 #include <set>
 #include <stdexcept>
 #include <string>
@@ -47,28 +49,56 @@ void RefuseIrregular(fs::path const& report) {
   }
 }
 
+namespace {
+
+/// Reads a report as a merge does, which passes over what it cannot read.
+void Extract(Files& files, fs::path const& report, bool isFirst, fs::path const& root) {
+  RefuseIrregular(report);
+  files.ExtractFromReport(report, isFirst, root);
+  if (files.HasUnreadReport()) {
+    throw std::runtime_error("cannot read the report to its end: " + report.string());
+  }
+}
+
+}  // namespace
+
+UnchangedReports::UnchangedReports(std::vector<fs::path> const& paths) : m_paths(paths) {
+  std::ranges::transform(paths, std::back_inserter(m_versions),
+                         [](fs::path const& path) { return VersionOf(path); });
+}
+
+void UnchangedReports::Confirm() const {
+  for (std::size_t i = 0; i < m_paths.size(); ++i) {
+    if (VersionOf(m_paths[i]) != m_versions[i]) {
+      throw std::runtime_error("report has changed while it was read: " + m_paths[i].string());
+    }
+  }
+}
+
 Reports ReadReports(std::vector<fs::path> const& paths, fs::path const& root) {
   Reports reports;
+  const UnchangedReports unchanged(paths);
   for (fs::path const& path : paths) {
-    RefuseIrregular(path);
     Report& report = reports.each.emplace_back(path);
-    report.files.ExtractFromReport(path, true, root);
+    Extract(report.files, path, true, root);
     const std::size_t before = reports.agreed.files.size();
-    reports.agreed.ExtractFromReport(path, reports.each.size() == 1, root);
+    Extract(reports.agreed, path, reports.each.size() == 1, root);
     report.isRestricting = reports.agreed.files.size() < before;
   }
+  unchanged.Confirm();
   reports.agreed.DeleteEmpty();
   return reports;
 }
 
 Files ReadAgreed(std::vector<fs::path> const& paths, fs::path const& root) {
   Files agreed;
+  const UnchangedReports unchanged(paths);
   bool isFirst = true;
   for (fs::path const& path : paths) {
-    RefuseUnreadable(path);
-    agreed.ExtractFromReport(path, isFirst, root);
+    Extract(agreed, path, isFirst, root);
     isFirst = false;
   }
+  unchanged.Confirm();
   agreed.DeleteEmpty();
   return agreed;
 }

@@ -3,9 +3,11 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <optional>
 #include <vector>
 
 #include "merge/files.h"
+#include "tree/file_version.h"
 
 namespace tree {
 
@@ -26,13 +28,27 @@ struct Reports {
   Files agreed;
 };
 
+/// The reports as they stood when the object was made. Each is read several times, and only if it
+/// is the same each time do the results fit together. `paths` must outlive it.
+class UnchangedReports {
+ public:
+  explicit UnchangedReports(std::vector<std::filesystem::path> const& paths);
+
+  /// Throws std::runtime_error when one has changed.
+  void Confirm() const;
+
+ private:
+  std::vector<std::filesystem::path> const& m_paths;
+  std::vector<std::optional<FileVersion>> m_versions;
+};
+
 /// Reads every report twice, by itself and into what is agreed. Throws std::runtime_error for a
-/// report that is not there, may not be read, or is no regular file, which could be read only once;
-/// and what Files::ExtractFromReport throws.
+/// report that is not there, cannot be read to its end, changes meanwhile, or is no regular file,
+/// which could be read only once; and what Files::ExtractFromReport throws.
 [[nodiscard]] Reports ReadReports(std::vector<std::filesystem::path> const& paths,
                                   std::filesystem::path const& root);
 
-/// Reads only what is agreed, and so takes a pipe, too. Throws as ReadReports does.
+/// Reads only what is agreed. Throws as ReadReports does.
 [[nodiscard]] Files ReadAgreed(std::vector<std::filesystem::path> const& paths,
                                std::filesystem::path const& root);
 

@@ -1,5 +1,7 @@
 #include "tree/select.h"
 
+#include <cstddef>
+#include <utility>
 #include <vector>
 
 #include "merge/writing/structured_report_writer.h"
@@ -23,11 +25,16 @@ class Selection {
   }
 
   [[nodiscard]] std::vector<Line> Cut(std::vector<Line> lines) const {
+    std::vector<Line> cut;
     for (Line& line : lines) {
-      std::erase_if(line.markers, [this](Marker const& one) { return !m_codes.Holds(one.code); });
+      const std::size_t left = std::erase_if(
+          line.markers, [this](Marker const& one) { return !m_codes.Holds(one.code); });
+      // A line that lists nothing from the start stays: uncut, the report is as a merge writes it.
+      if (left == 0 || !line.markers.empty()) {
+        cut.push_back(std::move(line));
+      }
     }
-    std::erase_if(lines, [](Line const& line) { return line.markers.empty(); });
-    return lines;
+    return cut;
   }
 
  private:

@@ -77,14 +77,30 @@ LineVotes Collect(bool goes, std::vector<Marker> markers, std::span<Listed const
   return votes;
 }
 
+bool IsBefore(Line const& one, Line const& other) {
+  return one.line != other.line ? one.line < other.line
+                                : std::ranges::lexicographical_compare(
+                                      one.markers, other.markers, {}, InOrderOfLine, InOrderOfLine);
+}
+
 /// The different lines among those that go.
 std::vector<Line> WhatGoes(File const* agreed) {
   std::vector<Line> goes;
   if (agreed != nullptr) {
     goes = agreed->lines;
-    std::ranges::stable_sort(goes, {}, &Line::line);
+    std::ranges::sort(goes, IsBefore);
+    const auto [repeated, end] = std::ranges::unique(goes);
+    goes.erase(repeated, end);
   }
   return goes;
+}
+
+/// `staying` is in the order of the line.
+void TakeOut(std::vector<Marker>& staying, std::vector<Marker> going) {
+  std::ranges::sort(going, {}, InOrderOfLine);
+  std::erase_if(staying, [&going](Marker const& marker) {
+    return std::ranges::binary_search(going, InOrderOfLine(marker), {}, InOrderOfLine);
+  });
 }
 
 }  // namespace
@@ -104,13 +120,9 @@ std::vector<LineVotes> VotesOn(Reports const& reports, std::filesystem::path con
                                   [&](Listed const& one) { return one.number != begin->number; });
     const std::span onLine(begin, end);
     std::vector<Marker> staying = AllMarkers(onLine);
-    for (const auto first = going; going != goes.end() && going->line == begin->number; ++going) {
-      if (std::find(first, going, *going) == going) {
-        std::erase_if(staying, [&going](Marker const& marker) {
-          return std::ranges::find(going->markers, marker) != going->markers.end();
-        });
-        all.push_back(Collect(true, going->markers, onLine, files));
-      }
+    for (; going != goes.end() && going->line == begin->number; ++going) {
+      TakeOut(staying, going->markers);
+      all.push_back(Collect(true, going->markers, onLine, files));
     }
     if (!staying.empty() || all.empty() || all.back().line != begin->number) {
       all.push_back(Collect(false, std::move(staying), onLine, files));

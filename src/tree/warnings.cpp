@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <fstream>
+#include <limits>
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 #include <system_error>
@@ -49,16 +50,25 @@ class Warnings::Reader {
     if (event == json::parse_event_t::key && depth == 1) {
       m_isInWarnings = value == "warnings";
     }
-    if (event != json::parse_event_t::object_end || depth != 2 || !m_isInWarnings) {
+    if (depth != 2 || !m_isInWarnings || event == json::parse_event_t::object_start ||
+        event == json::parse_event_t::array_start) {
       return true;
     }
     FoundWarning warning{Text(value.at("code")), Text(value.at("message")), {}};
     for (json const& position : value.at("positions").get_ref<json::array_t const&>()) {
-      warning.places.push_back({Text(position.at("file")), position.at("line").get<std::uint32_t>(),
-                                position.at("endLine").get<std::uint32_t>()});
+      warning.places.push_back(
+          {Text(position.at("file")), Number(position.at("line")), Number(position.at("endLine"))});
     }
     m_warnings.m_all.push_back(std::move(warning));
     return false;
+  }
+
+  static std::uint32_t Number(json const& number) {
+    const auto value = number.get_ref<json::number_unsigned_t const&>();
+    if (value > std::numeric_limits<std::uint32_t>::max()) {
+      throw std::runtime_error("another format");
+    }
+    return static_cast<std::uint32_t>(value);
   }
 
   std::string const* Text(json const& text) {

@@ -110,6 +110,18 @@ root/x\\ny: not named by merged, gone, root, blank, none, cut, pipe
         self.source("../out/x", marked)
         (self.root / "link").symlink_to("../out")
         (self.root / "y").symlink_to("../out/x")
+        beside = {"inside": "source that is a link, and would become a file: ",
+                  "is taken": "the place of the backup is taken, of: ",
+                  "another" + BACKUP: "source with the name of another one's backup: ",
+                  "n" * 250: "name too long for a backup's: ", "another": None}
+        for name in beside:
+            self.source(name, marked)
+        (self.root / "inside").rename(self.root / "real")
+        (self.root / "inside").symlink_to("real")
+        (self.root / ("is taken" + BACKUP)).mkdir()
+        self.structured_report("beside", *(record("|?|/" + name, marked, markers) for name in beside))
+        self.expect_tool(["clean", "-r", "root", "beside"], 1, "", [
+            "nothing was cleaned", *(f"{what}root/{name}" for name, what in beside.items() if what)])
         report = self.structured_report("outside", *(
             record("|?|/" + name, marked, markers) for name in ("link/x", "y", "../out/x")))
         self.expect_tool(["check", "-r", "root", report], 1, "1 report, 3 sources, 3 markers; every "
@@ -230,6 +242,15 @@ only: 1 marker on 1 line
             before[name] = original
         self.assertEqual(self.tree(), before)
 
+    def test_folders_that_may_not_be_looked_into(self):
+        for name in ("d e", BACKUP):
+            (self.root / "f" / name).mkdir(parents=True)
+        (self.root / "f").chmod(0o444)
+        self.addCleanup((self.root / "f").chmod, 0o700)
+        self.expect_tool(["undo", "-r", "root"], 1, "nothing to put back\n", [
+            f"cannot read root/f/{name}: Permission denied" for name in ("d e", BACKUP)],
+            around=UNPRIVILEGED if os.geteuid() == 0 else ())
+
     def test_many_markers_on_one_line(self):
         self.source("x" + BACKUP, b"//-V501 //-V501" * 20_000)
         self.source("x", b" //-V501" * 20_000)
@@ -301,6 +322,13 @@ root/last:2: V005 stays
 root/last:1: listed by no report, and so left as it is
     | x
 """)
+        self.source("last", b"y\n//-V5")
+        self.expect_tool(["explain", "-r", "root", "last", "merged"], out="""\
+root/last:2: V005 goes
+    merged: lists it
+    | //-V5
+    but the source is not the one that was analyzed, and a cleanup leaves it
+""")
 
     def test_select(self):
         self.raw_report("all", *(record("root/" + name, b"", {
@@ -312,11 +340,21 @@ root/last:1: listed by no report, and so left as it is
                 ("--code V6 --code V502", "a/b.h a/c/b.cpp b.h", {1: [502], 2: [6]}),
                 ("--path *.h", "a/b.h b.h", everything), ("--path a", "a/b.h a/c/b.cpp", everything),
                 ("--path **/b.h --without a/", "b.h", everything),
-                ("--path a/**/b.*", "a/b.h a/c/b.cpp", everything), ("--code V1", "", {})):
+                ("--path a/**/b.*", "a/b.h a/c/b.cpp", everything), ("--path ./", "a/b.h a/c/b.cpp b.h", everything), ("--code V1", "", {})):
             self.expect_tool(["select", "-r", "root", "-o", "out", *arguments.split(), "all"])
             self.assertEqual(self.merged("out"), {"|?|/" + name: lines for name in names.split()})
         self.expect_tool(["select", "-r", "root", "-o", "x", "--code", "V5,x", "all"], 1, "", [
             "no code, and no range of codes: x"])
+        # As a merge writes it, also with a line that lists nothing; and for nobody else to read.
+        self.raw_report("empty", record("root/x", b"", {1: [], 2: [(5, 0, 5)]}))
+        self.merged("empty")
+        (self.scratch / "out").chmod(0o600)
+        (self.scratch / "out.part").write_bytes(b"mine")
+        self.expect_tool(["select", "-r", "root", "-o", "out", "empty"])
+        self.assertEqual((self.scratch / "out").read_bytes(), (
+            self.scratch / "merged.json").read_bytes())
+        self.assertEqual((oct((self.scratch / "out").stat().st_mode), (
+            self.scratch / "out.part").read_bytes()), ("0o100600", b"mine"))
 
     def test_sarif(self):
         markers = {3: [(5, 0, 5), (501, 6, 13)], 0: [(5, 0, 5)]}
@@ -336,7 +374,10 @@ root/last:1: listed by no report, and so left as it is
         self.assertEqual(found, [("V005", 0, line3, uri), ("V501", 1, line3, uri),
                                  ("V005", 0, None, uri)])
         (self.scratch / "two").write_bytes((self.scratch / "out").read_bytes() * 2)
-        for name in "in", "two", "root":
+        (self.scratch / "odd").write_text('{"version": 3, "warnings": ["x"]}')
+        (self.scratch / "large").write_bytes((self.scratch / "out").read_bytes().replace(
+            b'"line": 3', b'"line": 4294967299'))
+        for name in "in", "two", "root", "odd", "large":
             self.expect_tool(["sarif", name], 1, "", ["not a warnings report: " + name])
         self.expect_tool(["sarif", "gone"], 1, "", ["no such warnings report: gone"])
         with open("/dev/full", "wb") as full:

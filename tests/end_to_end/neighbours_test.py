@@ -1,7 +1,9 @@
-"""Other runs, editors, links and limits around a cleanup: none of them costs a byte."""
+"""Other runs, editors, links and limits around a cleanup and its companion: none costs a byte."""
 
+import fcntl
 import os
 import pathlib
+import re
 import resource
 import subprocess
 import threading
@@ -13,6 +15,9 @@ from harness import BACKUP, PROGRAM, EndToEnd, record
 MARKED = b"int a;  //-V501\n"
 CLEAN = b"int a;  \n"
 EDIT = b"saved by an editor"
+CLEANUP = [PROGRAM, "cleanup", "-r", "root", "report"]
+TOOL = pathlib.Path(PROGRAM).with_name("qln-fp-tree")
+WAS_CHANGED = "qln-fp-tree: source has changed while it was looked at: root/a\n"
 
 
 class Neighbours(EndToEnd):
@@ -22,8 +27,8 @@ class Neighbours(EndToEnd):
         return self.structured_report("report", *(record(name, text, {1: [(501, 8, 15)]})
                                                   for name in names))
 
-    def start(self, *around, temp=None):
-        run = subprocess.Popen([*around, PROGRAM, "cleanup", "-r", "root", "report"],
+    def start(self, *around, temp=None, command=CLEANUP):
+        run = subprocess.Popen([*around, *command], stdout=subprocess.PIPE,
                                stderr=subprocess.PIPE, cwd=self.scratch, text=True,
                                env={**os.environ, "TMPDIR": str(temp or self.temp),
                                     # The search for leaks does not work under strace.
@@ -37,10 +42,10 @@ class Neighbours(EndToEnd):
         self.assertEqual(run.returncode, 0, errors)
         return errors.splitlines()
 
-    def held_up(self, call, when):
+    def held_up(self, call, when, command=CLEANUP):
         """A cleanup of "a" that stops for a second before ("enter") or after ("exit") a call."""
         run = self.start("strace", "-f", "-qq", "-o", "calls", "-e", f"trace={call}", "-e",
-                         f"inject={call}:delay_{when}=1000000")
+                         f"inject={call}:delay_{when}=1000000", command=command)
         begun = time.monotonic() + 20
         while not (self.scratch / "calls").exists() or not (self.scratch / "calls").stat().st_size:
             self.assertLess(time.monotonic(), begun)
@@ -152,6 +157,72 @@ class Neighbours(EndToEnd):
             self.assertEqual(((self.root / name).read_bytes(),
                               (self.root / (name + BACKUP)).read_bytes()),
                              (text.replace(MARKED, CLEAN), text))
+
+    def companion(self, *arguments):
+        """Status, standard output and standard error."""
+        run = self.start(command=[TOOL, *arguments])
+        return (*run.communicate(timeout=60), run.returncode)
+
+    def test_keep_deletes_no_backup_of_somebody_else(self):
+        self.marked("a", "b")
+        self.lines(self.start())
+        run = self.held_up("syncfs", "enter", [TOOL, "keep", "-r", "root"])
+        self.source("a", EDIT)
+        self.assertEqual((*run.communicate(), run.returncode),
+                         ("kept: root/b\n1 file kept, 1 refused\n", WAS_CHANGED, 1))
+        self.assertEqual(self.tree(), {"a": EDIT, "a" + BACKUP: MARKED, "b": CLEAN})
+
+    def test_undo_and_clean_leave_a_run_at_work_alone(self):
+        self.marked("a")
+        self.lines(self.start())
+        with (self.root / "a").open() as source:
+            fcntl.flock(source, fcntl.LOCK_EX)
+            self.assertEqual(self.companion("undo", "-r", "root"),
+                             ("0 files put back, 1 refused\n", WAS_CHANGED, 1))
+        (self.root / "a").write_bytes(CLEAN[:3])
+        at_work = (self.root / "a").stat().st_ino
+        with (self.root / ("a" + BACKUP)).open() as backup:
+            fcntl.flock(backup, fcntl.LOCK_EX)
+            run = self.start(command=[TOOL, "clean", "-r", "root", "report"])
+            time.sleep(0.5)
+            self.assertIsNone(run.poll())
+            (self.root / "a").write_bytes(CLEAN)
+        self.assertEqual((run.communicate()[1], run.returncode), ("", 0))
+        self.assertEqual((self.tree(), (self.root / "a").stat().st_ino), (
+            {"a": CLEAN, "a" + BACKUP: MARKED}, at_work))
+        (self.root / ("a" + BACKUP)).unlink()
+        os.link(self.root / "a", self.root / ("a" + BACKUP))
+        self.assertEqual(self.companion("undo", "-r", "root")[2], 0)
+        self.assertEqual(self.tree(), {"a": CLEAN})
+
+    def test_a_report_that_fails_or_changes_while_it_is_read(self):
+        report = self.marked("a")
+        self.raw_report("needs", record("root/a", MARKED, {}))
+        commands = {name: [TOOL, name, "-r", "root", *more, report, "needs"] for name, more in {
+            "check": (), "clean": (), "explain": ("a",), "select": ("-o", "out"), "preview": ()}.items()}
+        strace = ["strace", "-f", "-qq", "-o", "calls", "-P", "needs", "-e", "trace=openat", "-e"]
+        for name, command in commands.items():
+            time_to_fail = 3 if name in ("check", "clean") else 1
+            run = self.start(*strace, f"inject=openat:error=EIO:when={time_to_fail}", command=command)
+            self.assertIn("cannot read the report to its end: needs", run.communicate()[1])
+            self.assertEqual(run.returncode, 1)
+        run = self.start(*strace, "inject=openat:delay_enter=1000000:when=3",
+                         command=commands["clean"])
+        time.sleep(0.6)
+        (self.scratch / "needs").write_bytes(b"")
+        self.assertIn("report has changed while it was read: needs", run.communicate()[1])
+        self.assertEqual((run.returncode, self.tree()), (1, {"a": MARKED}))
+
+    def test_closed_standard_streams(self):
+        self.marked("a")
+        for command in CLEANUP, [TOOL, "undo", "-r", "root"]:
+            shell = 'exec strace -f -o calls -e trace=openat "$@" 0<&- 1>&- 2>&-'
+            self.start("bash", "-c", shell, "-", command=command).communicate()
+            calls = (self.scratch / "calls").read_text()
+            opened = re.split(r'"/", O_RDONLY\) += 2\n', calls)[-1]
+            self.assertIn("a" + BACKUP if command is not CLEANUP else "root/a", opened)
+            self.assertNotRegex(opened, "(?m)= [012]$")
+        self.assertEqual(self.tree(), {"a": MARKED})
 
     def test_nobody_reads_the_output(self):
         report = self.marked("a")

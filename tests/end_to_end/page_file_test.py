@@ -3,6 +3,7 @@
 import json
 import pathlib
 import re
+import resource
 import subprocess
 import unittest
 
@@ -13,9 +14,9 @@ CONTENT = b"</script>\xff\xe2\x82\xac<!--&//-V501 \\\"\x01\r\nx //-V5\n"
 
 
 class PageFile(EndToEnd):
-    def run_page(self, output, *reports):
+    def run_page(self, output, *reports, **options):
         done = subprocess.run([TOOL, "page", "-r", "root", "-o", output, *reports],
-                              capture_output=True, cwd=self.scratch)
+                              capture_output=True, cwd=self.scratch, **options)
         return done.returncode, done.stdout.decode(), done.stderr.decode()
 
     def setUp(self):
@@ -24,7 +25,7 @@ class PageFile(EndToEnd):
         path = self.source("a/b.cpp", CONTENT)
         self.one, self.two = (
             self.raw_report(name, record(path, CONTENT, {1: [(501, at, at + 7)], **others}))
-            for name, others in (("one", {2: [(5, 2, 7)]}), ("two", {})))
+            for name, others in (("one", {0: [], 2: [(5, 2, 7)]}), ("two", {})))
 
     def test_the_data(self):
         self.assertEqual(self.run_page("page.html", self.one, self.two), (0, "", ""))
@@ -54,11 +55,12 @@ class PageFile(EndToEnd):
 
     def test_what_fails(self):
         (self.scratch / "old.html").write_text("old")
-        (self.scratch / "old.html.part").mkdir()
+        limits = {"preexec_fn": lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (1000, 1000))}
+        self.assertEqual(self.run_page("old.html", self.one, **limits), (
+            1, "", "qln-fp-tree: cannot write old.html: File too large\n"))
         for output, report, reason in (
                 ("/dev/full", self.one, "cannot write /dev/full: No space left on device"),
                 ("none/page.html", self.one, "cannot write none/page.html: No such file or directory"),
-                ("old.html", self.one, "cannot write old.html: Is a directory"),
                 ("page.html", "none", "no such report: none")):
             self.assertEqual(self.run_page(output, report), (1, "", f"qln-fp-tree: {reason}\n"))
         self.assertEqual((self.scratch / "old.html").read_text(), "old")

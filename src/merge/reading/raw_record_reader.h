@@ -34,6 +34,9 @@ class RawRecordReader {
   /// be called before Next.
   [[nodiscard]] bool IsRawForCertain();
 
+  /// Whether the report could not be opened or read to its end, as far as it was read.
+  [[nodiscard]] bool Failed() const { return m_window && m_window->Failed(); }
+
   /// Reads the next record into `file`, whose memory is used again; false at the end of the report
   /// or when reading fails. Throws the JSON library's exceptions for what is no file record.
   [[nodiscard]] bool Next(File& file);

@@ -55,8 +55,8 @@ function fillChoices() {
   const byName = data.codes.map((name, index) => [name, index]).sort(([one], [other]) =>
     one.localeCompare(other, 'en', { numeric: true }));
   code.append(new Option('all', -1), ...byName.map(([name, index]) => new Option(name, index)));
-  folder.append(new Option('all', 0), ...folders.slice(1).map(({ path }, index) =>
-    new Option(visible(path), index + 1)));
+  folder.append(new Option('all', 0));
+  folders.slice(1).forEach(({ path }, index) => folder.append(new Option(visible(path), index + 1)));
 }
 
 function drawFiltered() {

@@ -58,19 +58,19 @@ function saidList(line) {
     group.push(marker);
     groups.set(marker.votes, group);
   }
-  return make('ul', { className: 'said' }, ...[...groups.values()].map(saidOf));
+  return make('ul', { className: 'said' }, [...groups.values()].map(saidOf));
 }
 
 function sourceLine(number, text, line) {
   const shown = make('div', { className: line ? 'line listed' : 'line' },
     make('span', { className: 'line-number' }, String(number)),
-    make('code', {}, ...(line ? markedText(text, line.markers) : [visible(text)])));
+    make('code', {}, line ? markedText(text, line.markers) : visible(text)));
   return line ? [shown, saidList(line)] : [shown];
 }
 
 // A stretch of lines from the source, of which some are listed.
-function hunkView(first, text, lines) {
-  return make('div', { className: 'hunk' }, ...text.split('\n').flatMap((shown, index) =>
+function hunkView(first, texts, lines) {
+  return make('div', { className: 'hunk' }, texts.flatMap((shown, index) =>
     sourceLine(first + index, shown, lines.get(first + index))));
 }
 
@@ -85,14 +85,14 @@ function piecesOf(file, lines) {
   const pieces = [];
   const left = new Map(lines);
   for (let at = 0; at < hunks.length; at += 2) {
-    const [first, text] = hunks.slice(at, at + 2);
-    let hasShown = false;
-    for (let number = first + text.split('\n').length - 1; number >= first; number--) {
-      hasShown ||= left.get(number)?.isShown ?? false;
-      left.delete(number);
-    }
-    if (hasShown) {
-      pieces.push(() => hunkView(first, text, lines));
+    const texts = hunks[at + 1].split('\n');
+    for (let from = 0; from < texts.length; from += LINES_AT_ONCE) {
+      const first = hunks[at] + from;
+      const some = texts.slice(from, from + LINES_AT_ONCE);
+      if (some.some((text, index) => lines.get(first + index)?.isShown)) {
+        pieces.push(() => hunkView(first, some, lines));
+      }
+      some.forEach((text, index) => left.delete(first + index));
     }
   }
   left.forEach((line) => line.isShown && pieces.push(() => bareView(line)));

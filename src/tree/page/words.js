@@ -11,9 +11,12 @@ function count(amount, one, many = `${one}s`) {
 }
 
 // Makes an element. Text is only ever added as text, so that no source can become part of the page.
+// Many children are given as an array: a call takes only so many arguments.
 function make(tag, properties, ...children) {
   const element = Object.assign(document.createElement(tag), properties);
-  element.append(...children);
+  for (const child of children.flat()) {
+    element.append(child);
+  }
   return element;
 }
 
