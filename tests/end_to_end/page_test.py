@@ -151,6 +151,15 @@ class Page(EndToEnd):
         self.click(".file", "3/")
         self.assertEqual(len(self.text(".listed")), 100)
 
+    def test_more_lines_than_a_call_takes_arguments(self):
+        content = b"//-V5\n" * 150_000
+        path = self.source("long.cpp", content)
+        self.open_page(self.raw_report("one.json", record(path, content, {
+            line: [(5, 0, 5)] for line in range(1, 150_001)})))
+        self.click(".file", "long")
+        self.assertEqual(len(self.text(".listed")), 10_000)
+        self.assertEqual(self.text(".more"), ["Show more of this file (1,400 places left)"])
+
 
 if __name__ == "__main__":
     unittest.main()
