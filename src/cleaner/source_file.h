@@ -42,6 +42,11 @@ class SourceFile {
 
   [[nodiscard]] Standing StandingAt(std::filesystem::path const& path) const noexcept;
 
+  /// Whether this very file stands at `path`, and nobody has written to it since it was opened. It
+  /// may have other names and permissions than then: hard-linked sources have backups that are one
+  /// file.
+  [[nodiscard]] bool IsUnwrittenAt(std::filesystem::path const& path) const noexcept;
+
   /// Whether `path` itself is a name of this file, and not of a link to it.
   [[nodiscard]] bool IsNamed(std::filesystem::path const& path) const noexcept;
 

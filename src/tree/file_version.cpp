@@ -6,13 +6,10 @@ namespace tree {
 
 namespace {
 
-std::int64_t Nanoseconds(timespec const& time) {
-  return std::int64_t{time.tv_sec} * 1'000'000'000 + time.tv_nsec;
-}
-
 FileVersion VersionOf(struct stat const& status) {
-  return {FileIdentity(status), status.st_size, Nanoseconds(status.st_mtim),
-          Nanoseconds(status.st_ctim)};
+  constexpr std::int64_t nanoseconds = 1'000'000'000;  // In a second.
+  return {FileIdentity(status), status.st_size,
+          status.st_mtim.tv_sec * nanoseconds + status.st_mtim.tv_nsec};
 }
 
 }  // namespace

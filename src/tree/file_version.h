@@ -10,20 +10,14 @@
 
 namespace tree {
 
-/// Two of the same path are equal when nobody wrote to the file, replaced or renamed it, or changed
-/// its permissions between them, as far as the clock of the file system tells.
+/// Two of the same path are equal when nobody wrote to the file or replaced it between them, as far
+/// as the clock of the file system tells. Its permissions and other names do not matter.
 struct FileVersion {
   FileIdentity file{};
   std::int64_t size = 0;     ///< In bytes.
   std::int64_t written = 0;  ///< In nanoseconds since 1970.
-  std::int64_t changed = 0;  ///< The same, of permissions and names, too.
 
   friend auto operator<=>(FileVersion const&, FileVersion const&) = default;
-
-  /// Whether the content is the same; owner and permissions need not be.
-  [[nodiscard]] bool HasContentOf(FileVersion const& other) const {
-    return file == other.file && size == other.size && written == other.written;
-  }
 };
 
 /// Links are followed. Nothing when nothing stands there. Any thread may call both.

@@ -43,8 +43,7 @@ struct Seen {
 
 /// What a worker found and did.
 struct Prepared {
-  std::string
-      complaint{};  ///< Empty when the backup may be deleted, if both are still as seen then.
+  std::string complaint{};  ///< Empty when the backup may be deleted, if both are still as seen.
   Seen seen{};
 };
 
@@ -58,20 +57,18 @@ Prepared Prepare(Backup const& backup) {
   if (const auto error = CopyAttributes(pair.BackupFile().Handle(), pair.Source().Handle())) {
     return {.complaint = CannotKeep(backup, error)};
   }
-  const auto kept = VersionOf(pair.Source().Handle());
-  if (!source || !kept || !kept->HasContentOf(*source) || !original ||
+  if (!source || VersionOf(pair.Source().Handle()) != source || !original ||
       VersionOf(pair.BackupFile().Handle()) != original) {
     return {.complaint = ChangedMeanwhile(backup)};
   }
-  return {.seen = {*kept, *original}};
+  return {.seen = {*source, *original}};
 }
 
 /// Deletes the backup, unless somebody has been at work on either file since: for many files it is
 /// some time that they take to be written to the disk. Returns why not.
 std::string Delete(Backup const& backup, Seen const& seen) {
   const SourceFile source(backup.source);
-  // A cleanup of the source would make another backup of this one; it waits, having to have the
-  // turn.
+  // A cleanup of the source would make another backup of this one; without the turn, it waits.
   const FileTurn turn(nullptr, source.Handle(), source.Identity());
   if (!source.IsOpen() || VersionOf(source.Handle()) != seen.source ||
       VersionOf(backup.source) != seen.source || VersionOf(backup.backup) != seen.backup) {

@@ -16,10 +16,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-bool IsUnchanged(SourceFile const& file, fs::path const& path) {
-  return file.StandingAt(path) == SourceFile::Standing::Unchanged;
-}
-
 /// Not waited for: whoever has the turn of one file and waits for that of another could wait for
 /// ever. Where the file system has no locks, nobody is taken to be at work.
 bool IsAtWorkOn(SourceFile const& source) {
@@ -49,18 +45,19 @@ std::string ChangedMeanwhile(Backup const& backup) {
 }
 
 std::string PutBack(Backup const& backup, SourceFile const& source, SourceFile const& backupFile) {
-  if (!IsUnchanged(backupFile, backup.backup)) {
+  if (!backupFile.IsUnwrittenAt(backup.backup)) {
     return ChangedMeanwhile(backup);
   }
   if (!source.IsOpen()) {
     return PutWhereNothingIs(backup);
   }
-  if (source.Identity() == backupFile.Identity()) {
-    // Two names of one file: a rename would leave both.
-    return WhyFailed(backup, ::unlink(backup.backup.c_str()) == 0);
-  }
-  if (IsAtWorkOn(source) || !IsUnchanged(source, backup.source)) {
+  const bool isOneFile = source.Identity() == backupFile.Identity();
+  if ((!isOneFile && IsAtWorkOn(source)) || !source.IsUnwrittenAt(backup.source)) {
     return ChangedMeanwhile(backup);
+  }
+  if (isOneFile) {
+    // A rename would leave both of its names.
+    return WhyFailed(backup, ::unlink(backup.backup.c_str()) == 0);
   }
   return WhyFailed(backup, std::rename(backup.backup.c_str(), backup.source.c_str()) == 0);
 }

@@ -206,6 +206,22 @@ only: 1 marker on 1 line
             self.expect_tool([command, "-r", "root"],
                              out="nothing to keep\n" if command == "keep" else "nothing to put back\n")
 
+    def test_undo_and_keep_sources_of_several_names(self):
+        for path in self.tree():
+            (self.root / path).unlink()
+        names = [f"{n:02}" for n in range(40)]
+        self.source("00", b"//-V5\n")
+        for name in names[1:]:
+            os.link(self.root / "00", self.root / name)
+        self.raw_report("linked", *(record("root/" + name, b"//-V5\n", {1: [(5, 0, 5)]})
+                                    for name in names))
+        for command, said in ("undo", "put back"), ("keep", "kept"):
+            self.expect_tool(["clean", "-r", "root", "linked"],
+                             out="40 files cleaned, 40 markers removed, 0 files refused\n")
+            self.expect_tool([command, "-r", "root"], out="".join(
+                f"{said}: root/{name}\n" for name in names) + f"40 files {said}\n")
+        self.assertEqual(self.tree(), dict.fromkeys(names, b"\n"))
+
     def test_undo_and_keep_refuse(self):
         elsewhere = self.source("../out/x" + BACKUP, b"").with_name("x")
         elsewhere.write_bytes(b"")
