@@ -28,6 +28,8 @@ FileTurn::FileTurn(FileTurns* turns, int descriptor, FileIdentity const& file)
 }
 
 FileTurn::~FileTurn() {
+  // Not left to the closing of the file: should that fail, nobody would ever have a turn again.
+  ::flock(m_descriptor, LOCK_UN);
   if (m_turns != nullptr) {
     m_turns->GiveBack(m_file);
   }

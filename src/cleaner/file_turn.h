@@ -24,12 +24,12 @@ class FileTurns {
 
 /// The right to write or replace one open file while the object lives: against the other workers
 /// of this process by FileTurns, against other processes by an advisory lock (flock). The lock
-/// leaves nothing on disk and is gone when the file is closed, also when its owner dies. Where the
-/// file system has no locks, other processes are not kept away.
+/// leaves nothing on disk, and is gone when its owner dies. Where the file system has no locks,
+/// other processes are not kept away.
 ///
 /// Nobody can wait in a circle: a worker takes at most two turns, always that of its source first
 /// and that of its temporary file second, and whoever has the turn of a temporary file waits for
-/// nothing more.
+/// nothing more. The companion, when it puts back or deletes a backup, waits for one turn alone.
 class FileTurn {
  public:
   /// Waits for the turn at the file that is open as `descriptor`, which must stay open while the
