@@ -1,6 +1,7 @@
 """qln-fp-tree page: the file that it writes. page_test.py looks at it in a browser."""
 
 import json
+import os
 import pathlib
 import re
 import resource
@@ -54,17 +55,20 @@ class PageFile(EndToEnd):
         self.assertEqual(hunks, [1, "1\n2\n3\n4\n\n6\n" + "7" * 2000 + "\u2026\n8"])
 
     def test_what_fails(self):
-        (self.scratch / "old.html").write_text("old")
-        limits = {"preexec_fn": lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (1000, 1000))}
-        self.assertEqual(self.run_page("old.html", self.one, **limits), (
-            1, "", "qln-fp-tree: cannot write old.html: File too large\n"))
         for output, report, reason in (
                 ("/dev/full", self.one, "cannot write /dev/full: No space left on device"),
                 ("none/page.html", self.one, "cannot write none/page.html: No such file or directory"),
                 ("page.html", "none", "no such report: none")):
             self.assertEqual(self.run_page(output, report), (1, "", f"qln-fp-tree: {reason}\n"))
-        self.assertEqual((self.scratch / "old.html").read_text(), "old")
         self.assertFalse((self.scratch / "page.html").exists())
+
+    @unittest.skipIf("QLN_WIDE_ADDRESSES" in os.environ, "sanitizers keep their memory in files")
+    def test_an_older_page_stays(self):
+        (self.scratch / "old.html").write_text("old")
+        limits = {"preexec_fn": lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (1000, 1000))}
+        self.assertEqual(self.run_page("old.html", self.one, **limits), (
+            1, "", "qln-fp-tree: cannot write old.html: File too large\n"))
+        self.assertEqual((self.scratch / "old.html").read_text(), "old")
 
 
 if __name__ == "__main__":
