@@ -47,12 +47,6 @@ SourceFile::Standing SourceFile::StandingAt(std::filesystem::path const& path) c
              : Standing::OtherTimesOnly;
 }
 
-bool SourceFile::IsUnwrittenAt(std::filesystem::path const& path) const noexcept {
-  struct stat now{};
-  return ::stat(path.c_str(), &now) == 0 && FileIdentity(now) == Identity() &&
-         now.st_size == m_status.st_size && SameTime(now.st_mtim, m_status.st_mtim);
-}
-
 bool SourceFile::IsNamed(std::filesystem::path const& path) const noexcept {
   struct stat status{};
   return ::lstat(path.c_str(), &status) == 0 && FileIdentity(status) == Identity();

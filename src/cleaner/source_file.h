@@ -8,6 +8,7 @@
 #include <span>
 
 #include "cleaner/file_identity.h"
+#include "cleaner/file_version.h"
 #include "descriptor.h"
 
 /// An ordinary file open for reading; closed by the destructor. Nothing here throws. For use by one
@@ -29,6 +30,9 @@ class SourceFile {
   [[nodiscard]] int Handle() const noexcept { return m_file.Get(); }
   [[nodiscard]] FileIdentity Identity() const noexcept { return FileIdentity(m_status); }
 
+  /// When it was opened.
+  [[nodiscard]] FileVersion Version() const { return FileVersion(m_status); }
+
   /// In bytes, when it was opened.
   [[nodiscard]] std::uint64_t Size() const noexcept {
     return static_cast<std::uint64_t>(m_status.st_size);
@@ -41,11 +45,6 @@ class SourceFile {
   [[nodiscard]] bool Rewind() noexcept;
 
   [[nodiscard]] Standing StandingAt(std::filesystem::path const& path) const noexcept;
-
-  /// Whether this very file stands at `path`, and nobody has written to it since it was opened. It
-  /// may have other names and permissions than then: hard-linked sources have backups that are one
-  /// file.
-  [[nodiscard]] bool IsUnwrittenAt(std::filesystem::path const& path) const noexcept;
 
   /// Whether `path` itself is a name of this file, and not of a link to it.
   [[nodiscard]] bool IsNamed(std::filesystem::path const& path) const noexcept;

@@ -12,13 +12,13 @@
 #include <vector>
 
 #include "cleaner/file_turn.h"
+#include "cleaner/file_version.h"
 #include "cleaner/source_file.h"
 #include "descriptor.h"
 #include "tree/attributes.h"
 #include "tree/backup_pair.h"
 #include "tree/backups.h"
 #include "tree/counted.h"
-#include "tree/file_version.h"
 #include "tree/in_order.h"
 #include "tree/printable.h"
 #include "tree/put_back.h"
@@ -35,7 +35,7 @@ std::string CannotKeep(Backup const& backup, std::error_code const& reason) {
   return "cannot keep: " + backup.source.string() + ": " + reason.message();
 }
 
-/// The source and the backup as they were looked at.
+/// The source and the backup as they were when they were opened to be looked at.
 struct Seen {
   FileVersion source;
   FileVersion backup;
@@ -48,8 +48,6 @@ struct Prepared {
 };
 
 Prepared Prepare(Backup const& backup) {
-  const auto source = VersionOf(backup.source);
-  const auto original = VersionOf(backup.backup);
   const BackupPair pair(backup);
   if (pair.WhatIs() != BackupPair::State::Cleaned) {
     return {.complaint = pair.Complaint()};
@@ -57,11 +55,7 @@ Prepared Prepare(Backup const& backup) {
   if (const auto error = CopyAttributes(pair.BackupFile().Handle(), pair.Source().Handle())) {
     return {.complaint = CannotKeep(backup, error)};
   }
-  if (!source || VersionOf(pair.Source().Handle()) != source || !original ||
-      VersionOf(pair.BackupFile().Handle()) != original) {
-    return {.complaint = ChangedMeanwhile(backup)};
-  }
-  return {.seen = {*source, *original}};
+  return {.seen = {pair.Source().Version(), pair.BackupFile().Version()}};
 }
 
 /// Deletes the backup, unless somebody has been at work on either file since: for many files it is
@@ -70,7 +64,7 @@ std::string Delete(Backup const& backup, Seen const& seen) {
   const SourceFile source(backup.source);
   // A cleanup of the source would make another backup of this one; without the turn, it waits.
   const FileTurn turn(nullptr, source.Handle(), source.Identity());
-  if (!source.IsOpen() || VersionOf(source.Handle()) != seen.source ||
+  if (!source.IsOpen() || source.Version() != seen.source ||
       VersionOf(backup.source) != seen.source || VersionOf(backup.backup) != seen.backup) {
     return ChangedMeanwhile(backup);
   }

@@ -46,8 +46,8 @@ bool ReadThrough(SourceFile& file, SHA1& hash, LinePicker& picker) {
 
 SourceCondition PickLines(fs::path const& path, std::string_view recordedHash, LinePicker& picker) {
   if (path.native().find('\0') != std::string::npos) {
-    return SourceCondition::Missing;  // The system would take what stands before the NUL for the
-                                      // name.
+    // The system would take what stands before the NUL for the name.
+    return SourceCondition::Missing;
   }
   SourceFile file(path);
   if (!file.IsOpen()) {

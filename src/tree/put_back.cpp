@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <system_error>
 
+#include "cleaner/file_version.h"
 #include "cleaner/rename_to_free.h"
 
 namespace tree {
@@ -45,14 +46,14 @@ std::string ChangedMeanwhile(Backup const& backup) {
 }
 
 std::string PutBack(Backup const& backup, SourceFile const& source, SourceFile const& backupFile) {
-  if (!backupFile.IsUnwrittenAt(backup.backup)) {
+  if (VersionOf(backup.backup) != backupFile.Version()) {
     return ChangedMeanwhile(backup);
   }
   if (!source.IsOpen()) {
     return PutWhereNothingIs(backup);
   }
   const bool isOneFile = source.Identity() == backupFile.Identity();
-  if ((!isOneFile && IsAtWorkOn(source)) || !source.IsUnwrittenAt(backup.source)) {
+  if ((!isOneFile && IsAtWorkOn(source)) || VersionOf(backup.source) != source.Version()) {
     return ChangedMeanwhile(backup);
   }
   if (isOneFile) {

@@ -52,10 +52,7 @@ std::string WhatIsWrong(fs::path const& report, fs::path const& root, Files& fil
     if (shape.isBlank) {
       return "empty report: " + report.string();
     }
-    files.ExtractFromReport(report, true, root);
-    if (files.HasUnreadReport()) {
-      return "cannot read the report to its end: " + report.string();
-    }
+    ExtractWhole(files, report, true, root);
     return BreaksOff(shape, report) ? "report cut short, or not to be checked: " + report.string()
                                     : std::string();
   } catch (std::exception const& error) {

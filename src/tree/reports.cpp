@@ -49,18 +49,13 @@ void RefuseIrregular(fs::path const& report) {
   }
 }
 
-namespace {
-
-/// Reads a report as a merge does, which passes over what it cannot read.
-void Extract(Files& files, fs::path const& report, bool isFirst, fs::path const& root) {
+void ExtractWhole(Files& files, fs::path const& report, bool isFirst, fs::path const& root) {
   RefuseIrregular(report);
   files.ExtractFromReport(report, isFirst, root);
   if (files.HasUnreadReport()) {
     throw std::runtime_error("cannot read the report to its end: " + report.string());
   }
 }
-
-}  // namespace
 
 UnchangedReports::UnchangedReports(std::vector<fs::path> const& paths) : m_paths(paths) {
   std::ranges::transform(paths, std::back_inserter(m_versions),
@@ -80,9 +75,9 @@ Reports ReadReports(std::vector<fs::path> const& paths, fs::path const& root) {
   const UnchangedReports unchanged(paths);
   for (fs::path const& path : paths) {
     Report& report = reports.each.emplace_back(path);
-    Extract(report.files, path, true, root);
+    ExtractWhole(report.files, path, true, root);
     const std::size_t before = reports.agreed.files.size();
-    Extract(reports.agreed, path, reports.each.size() == 1, root);
+    ExtractWhole(reports.agreed, path, reports.each.size() == 1, root);
     report.isRestricting = reports.agreed.files.size() < before;
   }
   unchanged.Confirm();
@@ -95,7 +90,7 @@ Files ReadAgreed(std::vector<fs::path> const& paths, fs::path const& root) {
   const UnchangedReports unchanged(paths);
   bool isFirst = true;
   for (fs::path const& path : paths) {
-    Extract(agreed, path, isFirst, root);
+    ExtractWhole(agreed, path, isFirst, root);
     isFirst = false;
   }
   unchanged.Confirm();

@@ -6,8 +6,8 @@
 #include <optional>
 #include <vector>
 
+#include "cleaner/file_version.h"
 #include "merge/files.h"
-#include "tree/file_version.h"
 
 namespace tree {
 
@@ -51,6 +51,11 @@ class UnchangedReports {
 /// Reads only what is agreed. Throws as ReadReports does.
 [[nodiscard]] Files ReadAgreed(std::vector<std::filesystem::path> const& paths,
                                std::filesystem::path const& root);
+
+/// Reads one report into `files` as Files::ExtractFromReport does, which passes over what it cannot
+/// read; throws std::runtime_error for such a report. Throws as ReadReports does.
+void ExtractWhole(Files& files, std::filesystem::path const& report, bool isFirst,
+                  std::filesystem::path const& root);
 
 /// Throws std::runtime_error for a report that ReadReports would not read.
 void RefuseIrregular(std::filesystem::path const& report);
