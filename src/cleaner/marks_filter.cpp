@@ -5,6 +5,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "cleaner/file_version.h"
 #include "cleaner/source_file.h"
 #include "cleaner/source_replacement.h"
 #include "cleaner/temporary_file.h"
@@ -73,7 +74,7 @@ FilteredSource MarksFilter::Preview(fs::path const& root) {
   Filter(window);
   filtered.before.resize(input.Size());
   if (window.Failed() || !input.Rewind() || !input.Read(filtered.before) ||
-      input.StandingAt(m_source) != SourceFile::Standing::Unchanged) {
+      VersionOf(m_source) != input.Version()) {
     throw HashMismatch(m_source);
   }
   return filtered;
