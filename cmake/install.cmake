@@ -1,14 +1,11 @@
 # What `cmake --install` puts where, below the prefix.
 include(GNUInstallDirs)
 
-# Below /usr, Debian's zsh looks into vendor-completions instead; the preset "package" says so.
-set(QLN_ZSH_COMPLETIONS_DIR "${CMAKE_INSTALL_DATADIR}/zsh/site-functions"
-  CACHE STRING "Where zsh looks for completions")
-
 set(bash_completions_dir ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
+set(zsh_completions_dir ${CMAKE_INSTALL_DATADIR}/zsh/site-functions)
 set(fish_completions_dir ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d)
 install(CODE "set(folders ${CMAKE_INSTALL_BINDIR} ${CMAKE_INSTALL_MANDIR}/man1
-  ${CMAKE_INSTALL_DOCDIR} ${bash_completions_dir} ${QLN_ZSH_COMPLETIONS_DIR} ${fish_completions_dir})")
+  ${CMAKE_INSTALL_DOCDIR} ${bash_completions_dir} ${zsh_completions_dir} ${fish_completions_dir})")
 install(SCRIPT cmake/make_readable_folders.cmake)
 
 install(TARGETS qln-fp-cleaner qln-fp-tree RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
@@ -17,7 +14,7 @@ foreach(program qln-fp-cleaner qln-fp-tree)
   install(FILES man/${program}.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
   install(FILES completions/${program}.bash RENAME ${program}
     DESTINATION ${bash_completions_dir})
-  install(FILES completions/_${program} DESTINATION ${QLN_ZSH_COMPLETIONS_DIR})
+  install(FILES completions/_${program} DESTINATION ${zsh_completions_dir})
   install(FILES completions/${program}.fish DESTINATION ${fish_completions_dir})
 endforeach()
 

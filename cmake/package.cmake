@@ -1,4 +1,5 @@
-# The Debian package, made by `cpack` in a build of the preset "package"; scripts/package does it.
+# The Debian package, made by `cpack` in builds of the presets "package" and "package-arm64";
+# scripts/package does it.
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})  # By itself it leaves out the last part.
 set(CPACK_PACKAGE_CONTACT "Quillon FP Cleaner developers <qln-fp-cleaner@example.com>")
@@ -18,7 +19,9 @@ set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
 set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION devel)
-set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+if(CMAKE_SYSTEM_PROCESSOR STREQUAL aarch64)  # Else it takes this machine's.
+  set(CPACK_DEBIAN_PACKAGE_ARCHITECTURE arm64)
+endif()
 set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
 set(CPACK_PRE_BUILD_SCRIPTS ${PROJECT_SOURCE_DIR}/cmake/package_files.cmake)
 include(CPack)

@@ -1,44 +1,44 @@
-# Completion of qln-fp-tree for fish.
+# Completion of qln-fp-tree for fish; what may stand where, the program says.
 
 # The paths that go on from the current word and end in what ENDING matches; an option that the
 # word is joined to is taken off first.
 function __qln_fp_tree_paths -a ending
-    set -l word (commandline -ct | string replace -r -- '^(-[ro]|--(sourcetree-root|output-file)=)' '')
+    set -l word (commandline -ct | string replace -r -- '^(-\w|--[\w-]+=)' '')
     complete -C "__fish_command_without_completions $word" |
         string match -r -- ".*(?:$ending)\$"
 end
 
-set -l all check explain preview clean undo keep select sarif page
+# What completes a value or words that the help calls so.
+function __qln_fp_tree_action -a value
+    switch $value
+        case ROOT
+            echo '(__qln_fp_tree_paths /)'
+        case '*FILE*'
+            echo '(__qln_fp_tree_paths "")'
+        case '*REPORT*' '*.json'
+            echo '(__qln_fp_tree_paths "\.json|/")'
+    end
+end
+
+command -q qln-fp-tree; or exit # This file, not the shell.
+set -l rows (qln-fp-tree --completions)
+set -l all (string replace -rf '^\|\|(\w+)\|.*' '$1' -- $rows)
 set -l none "not __fish_seen_subcommand_from $all"
 
 complete -c qln-fp-tree -f
-complete -c qln-fp-tree -n $none -s h -l help -d 'Show the help'
-complete -c qln-fp-tree -n $none -s v -l version -d 'Show the version'
-complete -c qln-fp-tree -n $none -a check -d 'Check reports and sources before a run'
-complete -c qln-fp-tree -n $none -a explain -d 'Tell why markers go or stay'
-complete -c qln-fp-tree -n $none -a preview -d 'Show what a cleanup would change'
-complete -c qln-fp-tree -n $none -a clean -d 'Check, clean, and look at each result'
-complete -c qln-fp-tree -n $none -a undo -d 'Put every backup back'
-complete -c qln-fp-tree -n $none -a keep -d 'Restore permissions and owners, delete the backups'
-complete -c qln-fp-tree -n $none -a select -d 'Write a report of some codes or paths'
-complete -c qln-fp-tree -n $none -a sarif -d 'Print a warnings report as SARIF'
-complete -c qln-fp-tree -n $none -a page -d 'Write a page that shows what goes and what stays'
-complete -c qln-fp-tree -n '__fish_seen_subcommand_from check preview clean select sarif page' \
-    -a '(__qln_fp_tree_paths "\.json|/")'
-complete -c qln-fp-tree -n '__fish_seen_subcommand_from explain' -a '(__qln_fp_tree_paths "")'
-complete -c qln-fp-tree \
-    -n '__fish_seen_subcommand_from check explain preview clean undo keep select page' \
-    -s r -l sourcetree-root \
-    -xa '(__qln_fp_tree_paths /)' -d 'Root directory of the project'
-complete -c qln-fp-tree -n '__fish_seen_subcommand_from select page' -s o -l output-file \
-    -xa '(__qln_fp_tree_paths "")' -d 'File to write'
-complete -c qln-fp-tree -n '__fish_seen_subcommand_from check' -l list \
-    -d 'Name sources that some report does not name'
-complete -c qln-fp-tree -n '__fish_seen_subcommand_from preview' -l stat -d 'Print only how much'
-# Not behind an option: keep is a command, too.
-complete -c qln-fp-tree -n '__fish_seen_subcommand_from clean' -l keep -d 'Then delete the backups'
-complete -c qln-fp-tree -n '__fish_seen_subcommand_from select' -l code -x \
-    -d 'Diagnostics, such as V501,V600-V699'
-complete -c qln-fp-tree -n '__fish_seen_subcommand_from select' -l path -x -d 'Take only such paths'
-complete -c qln-fp-tree -n '__fish_seen_subcommand_from select' -l without -x \
-    -d 'Leave such paths out'
+for row in $rows
+    echo $row | read -d '|' -l command often names value help
+    set -l action (__qln_fp_tree_action $value)
+    if contains -- "$names" $all
+        complete -c qln-fp-tree -n $none -a $names -d $help
+        complete -c qln-fp-tree -n "__fish_seen_subcommand_from $names" -a "$action"
+    else
+        set -l option (string split ' ' -- $names |
+            string replace -r -- '^--' '--long-option=' |
+            string replace -r -- '^-(\w)$' '--short-option=$1')
+        test -z "$value"; or set -a option -x -a "$action"
+        set -l condition $none
+        test -z "$command"; or set condition "__fish_seen_subcommand_from $command"
+        complete -c qln-fp-tree -n "$condition" $option -d $help
+    end
+end

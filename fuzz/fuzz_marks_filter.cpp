@@ -6,7 +6,8 @@
 // What must hold:
 // - the source gets the very bytes that the slow filter gives, one byte after the other;
 // - the backup has the bytes that the source had, and no temporary file stays;
-// - with another hash, nothing is touched.
+// - with another hash, nothing is touched;
+// - a preview tells of the same change.
 
 #include <stdlib.h>
 
@@ -46,10 +47,23 @@ std::vector<Line> ConsumeLines(InputBytes& data) {
   return lines;
 }
 
-std::string HashOf(std::string_view text) {
-  SHA1 sha1;
-  sha1.add(text.data(), text.size());
-  return sha1.getHash();
+/// What a cleanup would make is what it makes, and each dropped piece is told once, in order.
+void CheckPreview(File const& file, std::filesystem::path const& root, bool hasChanged,
+                  std::string const& text) {
+  if (hasChanged) {
+    return;
+  }
+  const PlannedCut cut = MarksFilter(file).Preview(root);
+  std::string after;
+  std::uint64_t kept = 0;
+  for (ByteRange const& range : cut.dropped) {
+    Require(range.begin < range.end && (range.begin > kept || kept == 0), "the ranges ascend");
+    after += text.substr(kept, range.begin - kept);
+    kept = range.end;
+  }
+  Require(kept <= text.size(), "the ranges lie in the source");
+  after += text.substr(kept);
+  Require(cut.before == text && after == ReferenceFilter(text, file.lines), "the preview");
 }
 
 }  // namespace
@@ -70,6 +84,7 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* bytes, std::size_t siz
   const fs::path backup = scratch.Path() / "sourcetemp_qln_facleaner";
   fs::remove(backup);
   scratch.Write("source", text);
+  CheckPreview(file, scratch.Path(), hasChanged, text);
   bool isRefused = false;
   try {
     MarksFilter(file).SaveFilteredFile(scratch.Path());

@@ -8,10 +8,14 @@
 // - counting braces through a window cuts the records that it cuts in the plain text;
 // - what is read and merged, and the error it ends with, is what the plain ways give: the JSON
 //   library for every record, canonical paths from the standard library, searches in order;
+// - reading each report by itself out of a pipe, and merging it from memory, gives the same;
+// - a report is told to be blank, or cut short, as a look at all of its bytes tells;
 // - the report is written in the bytes of the library's dump;
 // - reading that back gives the same files.
 //
 // It works in a directory of its own, so paths on its command line have to be absolute.
+
+#include <unistd.h>
 
 #include <algorithm>
 #include <cstdint>
@@ -21,11 +25,12 @@
 #include <sstream>
 #include <utility>
 
+#include "memory_file.h"
 #include "merge/files.h"
 #include "merge/paths/weakly_canonical.h"
 #include "merge/reading/file_from_json.h"
 #include "merge/reading/framed_record.h"
-#include "merge/reading/report_window.h"
+#include "merge/reading/report_reader.h"
 #include "merge/writing/structured_report_writer.h"
 #include "require.h"
 #include "scratch_directory.h"
@@ -127,15 +132,44 @@ std::string ErrorOf(Action action) {
   }
 }
 
+/// False when either step throws.
+bool MergeFromMemory(Files& files, std::string_view text, bool isFirst, fs::path const& root) {
+  int ends[2];
+  Require(::pipe(ends) == 0 && ::write(ends[1], text.data(), text.size()) == std::ssize(text),
+          "the report fits into a pipe");
+  ::close(ends[1]);
+  ReportReader report(std::format("/dev/fd/{}", ends[0]));
+  ::close(ends[0]);
+  Files single;
+  std::vector<File const*> records;
+  const bool isRead = ErrorOf([&] { single.Extract(report, true, root, &records); }).empty();
+  const bool isBalanced = std::ranges::count(text, '{') == std::ranges::count(text, '}');
+  Require(!isRead || report.IsStructured() || report.IsCutShort() != isBalanced,
+          "a raw report that breaks off is told");
+  Require(report.IsBlank() == (text.find_first_not_of(" \t\n\v\f\r") == std::string_view::npos),
+          "a blank report is told");
+  if (isRead && report.IsStructured()) {
+    if (isFirst) {
+      files.files.swap(single.files);
+    } else {
+      files.KeepCommon(single.files);
+    }
+  }
+  return isRead && ErrorOf([&] { files.MergeRecords(records, root); }).empty();
+}
+
 bool Same(File const& left, File const& right) {
   return left.path.native() == right.path.native() && left.hash == right.hash &&
          left.lines == right.lines;
 }
 
-void CheckWriting(Files const& files, ScratchDirectory const& scratch) {
+void CheckWriting(Files const& files, MemoryFile& report) {
   std::ostringstream written;
   WriteStructuredReport(files.version, files.files, written);
-  Require(written.view() == json(files).dump(2), "the report is written as the library writes it");
+  json tree = {{"files", nullptr}, {"kept", true}};
+  to_json(tree, files);
+  Require(tree.erase("kept") == 1, "keys that are not the report's stay");
+  Require(written.view() == tree.dump(2), "the report is written as the library writes it");
   // A path from the file system's root on is shown as one below the source tree's.
   if (std::ranges::any_of(files.files, [](File const& file) {
         return file.path.native().starts_with('/') || file.path.native().starts_with('\\');
@@ -143,12 +177,13 @@ void CheckWriting(Files const& files, ScratchDirectory const& scratch) {
     return;
   }
   Files again;
-  again.ExtractFromReport(scratch.Write("written", written.view()), true, {});
+  report.Write(written.view());
+  again.ExtractFromReport(report.Path(), true, {});
   Require(std::ranges::equal(again.files, files.files, Same), "what is written reads back");
 }
 
 /// A source tree with what makes paths hard.
-ScratchDirectory const& Scratch() {
+void WorkInTree() {
   static const ScratchDirectory scratch;
   [[maybe_unused]] static const bool isFilled = [] {
     fs::create_directories(scratch.Path() / "root/d/e");
@@ -160,7 +195,6 @@ ScratchDirectory const& Scratch() {
     fs::current_path(scratch.Path());
     return true;
   }();
-  return scratch;
 }
 
 }  // namespace
@@ -169,7 +203,8 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
   if (size == 0) {
     return 0;
   }
-  ScratchDirectory const& scratch = Scratch();
+  WorkInTree();
+  static MemoryFile report;
   constexpr char const* roots[] = {"root", "root/link/",   "",          ".",
                                    "/",    "none/../root", "root/loop", "root/a"};
   fs::path root = roots[*data % std::size(roots)];
@@ -178,22 +213,28 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
   rest.remove_prefix(std::min(first.size() + 1, rest.size()));
 
   Files files;
+  Files fromMemory;
   PlainFiles expected;
   bool isFirst = true;
   for (const std::string_view text : {first, rest}) {
-    const fs::path path = scratch.Write("report", text);
+    report.Write(text);
+    const fs::path path = report.Path();
     CheckFraming(text, path);
     const std::string error = ErrorOf([&] { files.ExtractFromReport(path, isFirst, root); });
     const std::string expectedError =
         ErrorOf([&] { MergePlainly(expected, text, path, isFirst, root); });
     Require(error == expectedError, "both ways end with the same error");
     Require(std::ranges::equal(files.files, expected, Same), "both ways find the same files");
+    const bool isMerged = MergeFromMemory(fromMemory, text, isFirst, root);
+    Require(isMerged == error.empty(), "a report by itself is refused if it is refused at once");
+    Require(!isMerged || std::ranges::equal(fromMemory.files, expected, Same),
+            "what is merged from memory is the same");
     if (*data < 0x80 || !error.empty()) {
       break;
     }
     isFirst = false;
     root = roots[*data / 8 % std::size(roots)];
   }
-  CheckWriting(files, scratch);
+  CheckWriting(files, report);
   return 0;
 }

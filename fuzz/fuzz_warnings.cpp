@@ -18,9 +18,9 @@
 
 #include "converter/json_output.h"
 #include "input_bytes.h"
+#include "memory_file.h"
 #include "merge/files.h"
 #include "require.h"
-#include "scratch_directory.h"
 
 namespace {
 
@@ -109,7 +109,7 @@ Warning ConsumeWarning(InputBytes& data) {
 
 /// Holds what `write` leaves in the report, or its exception, against the dump of `expected`.
 template <typename Action>
-void Check(ScratchDirectory const& scratch, json const& expected, Action write) {
+void Check(MemoryFile const& report, json const& expected, Action write) {
   bool isRefused = false;
   try {
     write();
@@ -125,12 +125,12 @@ void Check(ScratchDirectory const& scratch, json const& expected, Action write) 
     return;
   }
   Require(!isRefused, "UTF-8 is not refused");
-  const std::string written = scratch.Read("report");
+  const std::string written = report.Read();
   Require(json::parse(written) == expected, "the report parses back");
   Require(written == text, "the report has the bytes of the library");
 }
 
-void CheckWriter(ScratchDirectory const& scratch, InputBytes& data) {
+void CheckWriter(MemoryFile const& report, InputBytes& data) {
   const bool isStarted = data.Take<std::uint8_t>() != 0;
   json expected;
   if (isStarted) {
@@ -145,8 +145,8 @@ void CheckWriter(ScratchDirectory const& scratch, InputBytes& data) {
       expected["warnings"].push_back(WarningJson(warning));
     }
   }
-  Check(scratch, expected, [&] {
-    JsonOutput writer({.output = scratch.Path() / "report"});
+  Check(report, expected, [&] {
+    JsonOutput writer({.output = report.Path()});
     writer.PrepareOutput();
     if (isStarted) {
       writer.Start();
@@ -159,7 +159,7 @@ void CheckWriter(ScratchDirectory const& scratch, InputBytes& data) {
   });
 }
 
-void CheckReportOfMarkers(ScratchDirectory const& scratch, InputBytes& data) {
+void CheckReportOfMarkers(MemoryFile const& report, InputBytes& data) {
   Files files;
   while (!data.IsEmpty() && files.files.size() < 4) {
     File file;
@@ -192,15 +192,15 @@ void CheckReportOfMarkers(ScratchDirectory const& scratch, InputBytes& data) {
       }
     }
   }
-  Check(scratch, expected, [&] { files.SaveQlnReport(scratch.Path() / "report"); });
+  Check(report, expected, [&] { files.SaveQlnReport(report.Path()); });
 }
 
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* bytes, std::size_t size) {
-  static const ScratchDirectory scratch;
+  static const MemoryFile report;
   InputBytes data(bytes, size);
-  CheckWriter(scratch, data);
-  CheckReportOfMarkers(scratch, data);
+  CheckWriter(report, data);
+  CheckReportOfMarkers(report, data);
   return 0;
 }

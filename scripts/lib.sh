@@ -10,9 +10,10 @@ fuzz_packages=("${sanitizer_packages[@]}" llvm-19)
 test_packages=(python3-jsonschema python3-yaml fish git patch strace zsh)
 check_packages=(clang-format-19 clang-tidy-19 mandoc shellcheck)
 package_packages=(lintian dpkg-dev)
-arm64_packages=(binutils-aarch64-linux-gnu qemu-user)
-arm64_sysroot_packages=(libc6 libc6-dev linux-libc-dev libgcc-s1 libgcc-12-dev
+arm64_packages=(binutils-aarch64-linux-gnu qemu-user-static)
+arm64_sysroot_packages=(libc6 libc6-dev linux-libc-dev libgcc-s1 libgcc-12-dev gcc-12-base
                         libc++-19-dev libc++abi-19-dev libunwind-19-dev
+                        libc++1-19 libc++abi1-19 libunwind-19
                         nlohmann-json3-dev libargs-dev)
 
 # What the packages are for, said where they cannot be installed.
@@ -28,6 +29,8 @@ declare -A purposes=(
   [patch]="applies what a preview prints"
   [strace]="makes system calls fail" [fish]="its completions are tried"
   [zsh]="its completions are tried" [libclang-rt-19-dev]="the sanitizers"
+  [qemu-user-static]="runs programs for ARM" [binutils-aarch64-linux-gnu]="links them"
+  [lintian]="looks at Debian packages" [dpkg-dev]="is needed by it"
 )
 
 say() { printf '==> %s\n' "$*"; }
@@ -142,8 +145,20 @@ need_git() {
   git status --porcelain >/dev/null || die "git does not read this checkout, for the reason above"
 }
 
+# note_as_installed FILE.deb DATABASE: so that dpkg-query answers about it.
+note_as_installed() {
+  dpkg-deb --fsys-tarfile "$1" | tar -t | sed 's|^\.||; s|/$||; s|^$|/.|' \
+    >"$2/info/$(dpkg-deb --field "$1" Package).list"
+  {
+    dpkg-deb --field "$1"
+    echo "Status: install ok installed"
+    echo
+  } >>"$2/status"
+}
+
 # Unpacks the ARM packages to build against into build/arm64-sysroot. As files only, by an apt with
-# lists of its own: the system's packages and its architectures stay as they are.
+# lists of its own: the system's packages and its architectures stay as they are. What dpkg would know
+# of them is written down there, too.
 unpack_arm64_sysroot() {
   local sysroot=$PWD/build/arm64-sysroot apt=$PWD/build/arm64-apt package
   [[ -e $sysroot/unpacked && ! $sysroot/unpacked -ot scripts/lib.sh ]] && return
@@ -160,8 +175,11 @@ unpack_arm64_sysroot() {
     tail -n 5 "$apt/log" >&2
     die "could not download the ARM packages"
   fi
+  mkdir -p "$sysroot/var/lib/dpkg/info"
+  printf '%s\n' amd64 arm64 >"$sysroot/var/lib/dpkg/arch"
   for package in "$apt"/packages/*.deb; do
     dpkg -x "$package" "$sysroot"
+    note_as_installed "$package" "$sysroot/var/lib/dpkg"
   done
   rm -rf "$apt"
   touch "$sysroot/unpacked"

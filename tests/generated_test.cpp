@@ -9,6 +9,7 @@
 #include "scratch_directory.h"
 
 extern "C" {
+int check_cut_safety(std::uint8_t const* bytes, std::size_t size);
 int check_marks_filter(std::uint8_t const* bytes, std::size_t size);
 int check_reports(std::uint8_t const* bytes, std::size_t size);
 int check_warnings(std::uint8_t const* bytes, std::size_t size);
@@ -150,6 +151,16 @@ std::string Reports() {
   return input;
 }
 
+/// Code, markers and what a compiler sees them in; behind it, how each marker is listed.
+std::string MarkedCode() {
+  static const Pieces pieces = Split(
+      "//-V501~//-V501~//-V501~//-V501~//-V~//-V0501 x~ ~ ~\n~\n~\n~\r\n~\r~a~int "
+      "b;~1'000~'~\"~\\~\\\n~\\ "
+      "\r\n~/~*~/*~*/~//~// c~R\"(~)\"~u8R\"x(~)x\"~#~include~#include <~>~#if "
+      "__has_include(<~'a'~\"b\"~L~%:~\xc3\xa4");
+  return Sequence(60, pieces) + Bytes(Below(60));
+}
+
 void Run(Check check, std::string const& input) {
   try {
     check(reinterpret_cast<std::uint8_t const*>(input.data()), input.size());
@@ -170,6 +181,10 @@ void RunAll(Check check, std::string const& corpus, std::string (*generate)()) {
   for (int round = 0; round < 3000 && !testing::Test::HasFatalFailure(); ++round) {
     Run(check, generate());
   }
+}
+
+TEST(Generated, CutsAreJudgedAsByTheReference) {
+  RunAll(check_cut_safety, "fuzz_cut_safety", MarkedCode);
 }
 
 TEST(Generated, MarksAreFilteredAsByTheReference) {

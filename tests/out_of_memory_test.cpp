@@ -66,7 +66,7 @@ TEST(OutOfMemory, ACleanupHasItsLineAndItsBytes) {
   file.hash = sha1.getHash();
   std::filesystem::create_directory(scratch.Path() / "d");
   scratch.Write("d/source", text);
-  FileTurns turns;
+  WorkerLocks turns;
   const auto clean = [&] {
     const int given = std::exchange(allowed, -1);
     MarksFilter filter(file, &turns);

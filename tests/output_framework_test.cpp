@@ -81,11 +81,38 @@ TEST(OutputFramework, ClearingRemovesWhatIsAskedFor) {
   EXPECT_FALSE(exists("", [](auto& writer) { writer.ClearOutput(true); }));
   EXPECT_TRUE(exists("text", [](auto& writer) { writer.ClearOutput(true); }));
   EXPECT_FALSE(exists("text", [](auto& writer) { writer.HardClearOutput(); }));
+  scratch.Write("report", "of another writer");
+  OpenJsonOutput(options).HardClearOutput();
+  EXPECT_FALSE(std::filesystem::exists(options.output));
+}
+
+TEST(JsonOutput, EveryStartBeginsAnew) {
+  const ScratchDirectory scratch;
+  for (const bool toConsole : {false, true}) {
+    OpenJsonOutput writer({.output = scratch.Path() / "report", .toConsole = toConsole});
+    std::ostringstream console;
+    writer.m_buffer.SetConsole(toConsole ? &console : nullptr);
+    writer.PrepareOutput();
+    TesselConverter::Warning warning;
+    warning.code = "V501";
+    for (const int count : {1000, 1, 0}) {
+      for (int written = 0; written < count; ++written) {
+        EXPECT_TRUE(writer.Write(warning));
+      }
+      writer.Start();
+    }
+    writer.Finish();
+    const char* const empty = "{\n  \"version\": 3,\n  \"warnings\": []\n}\n";
+    EXPECT_EQ(scratch.Read("report"), empty);
+    EXPECT_EQ(console.str(), toConsole ? empty : "");
+  }
 }
 
 TEST(JsonOutput, AFullDiskEndsInAFailedStream) {
+  const ScratchDirectory scratch;  // What goes wrong must not reach the device.
+  std::filesystem::create_symlink("/dev/full", scratch.Path() / "full");
   for (int count : {0, 1000}) {
-    OpenJsonOutput writer({.output = "/dev/full"});
+    OpenJsonOutput writer({.output = scratch.Path() / "full"});
     writer.PrepareOutput();
     writer.Start();
     TesselConverter::Warning warning;

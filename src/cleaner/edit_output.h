@@ -7,6 +7,9 @@
 /// Takes what an EditWindow makes of a source, from its front to its end.
 class EditOutput {
  public:
+  /// Is shown each part of the source as it is read, before any of it is kept or dropped.
+  virtual void Show(std::span<char const> /*window*/) {}
+
   /// Takes the next bytes that are kept.
   virtual void Keep(std::span<char const> bytes) = 0;
 

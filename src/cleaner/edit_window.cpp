@@ -45,7 +45,8 @@ std::optional<std::string> EditWindow::HashSource() {
 
 void EditWindow::BeginEditing(EditOutput& output) {
   m_output = &output;
-  if (!FitsWhole()) {
+  const bool isHashed = m_unread == 0;
+  if (isHashed && !FitsWhole()) {
     m_failed = m_failed || !m_source.Rewind();
     m_unread = m_source.Size();
     m_size = 0;
@@ -65,6 +66,7 @@ bool EditWindow::Refill() {
   m_position = 0;
   m_kept = 0;
   m_written = 0;
+  m_output->Show(Rest());
   LookForLineEnds();
   return !m_failed;
 }
@@ -114,6 +116,9 @@ void EditWindow::ReadNext() {
   m_size = static_cast<std::size_t>(std::min<std::uint64_t>(Size, m_unread));
   m_unread -= m_size;
   m_failed = !m_source.Read({m_buffer.get(), m_size});
+  if (m_failed) {
+    m_size = 0;
+  }
 }
 
 void EditWindow::LookForLineEnds() {

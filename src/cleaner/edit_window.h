@@ -9,11 +9,11 @@
 #include <string_view>
 
 #include "cleaner/edit_output.h"
-#include "cleaner/source_file.h"
+#include "files/source_file.h"
 #include "window_size.h"
 
-/// A window on a source, which is read through it twice: first to be hashed, then to be edited.
-/// A source that fits into the window is read only once.
+/// A window on a source, which is read through it twice: first to be hashed, then to be edited. A
+/// source that fits into the window is read only once, and so is one that is not hashed first.
 ///
 /// While editing, bytes are kept or dropped from the front. What is kept moves together inside the
 /// window, so that each window is written in one piece.
@@ -28,7 +28,8 @@ class EditWindow {
   /// The SHA-1 of the whole content; nothing when it cannot be read in full.
   [[nodiscard]] std::optional<std::string> HashSource();
 
-  /// Goes back to the front, to write what is kept to `output`, which must outlive the window.
+  /// Begins at the front, to write what is kept to `output`, which must outlive the window. It
+  /// is shown the whole source only if that was not hashed before.
   void BeginEditing(EditOutput& output);
 
   /// The bytes not yet kept or dropped.

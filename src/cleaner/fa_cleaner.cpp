@@ -4,20 +4,16 @@
 #include <exception>
 #include <iostream>
 #include <syncstream>
-#include <thread>
 #include <utility>
 
-#include "cleaner/file_turn.h"
 #include "cleaner/marks_filter.h"
 #include "cleaner/thread_pool.h"
+#include "files/exclusive_lock.h"
 #include "merge/files.h"
-#include "process_statics.h"
 
 namespace {
 
 namespace fs = std::filesystem;
-
-constexpr std::string_view TempDirName = "qln_fp_cleaner";
 
 Files MergeReports(Configuration const& config) {
   Files files;
@@ -43,9 +39,9 @@ void WriteResult(Files& files, Configuration const& config) {
 }
 
 /// Rewrites one source file on a worker thread; nothing may escape it.
-void CleanFile(File file, FileTurns& turns, fs::path const& root) {
+void CleanFile(File file, WorkerLocks& workers, fs::path const& root) {
   try {
-    MarksFilter(std::move(file), &turns).SaveFilteredFile(root);
+    MarksFilter(std::move(file), &workers).SaveFilteredFile(root);
   } catch (std::exception const& error) {
     std::osyncstream(std::cerr) << error.what() << std::endl;
   } catch (...) {
@@ -55,16 +51,11 @@ void CleanFile(File file, FileTurns& turns, fs::path const& root) {
   }
 }
 
-unsigned int WorkerCount(unsigned int requested) {
-  const unsigned int hardware = std::thread::hardware_concurrency();
-  return requested != 0 && hardware != 0 && requested <= hardware ? requested : hardware;
-}
-
 /// Takes the records out of the collection: each becomes its task's own.
 void CleanSources(Files& files, fs::path const& root, unsigned int threads) {
-  FileTurns turns;
-  thread_pool pool(WorkerCount(threads));
-  const auto clean = [&turns, &root](File file) { CleanFile(std::move(file), turns, root); };
+  WorkerLocks workers;
+  thread_pool pool(threads <= HardwareWorkers() ? threads : 0);
+  const auto clean = [&workers, &root](File file) { CleanFile(std::move(file), workers, root); };
   while (!files.files.empty()) {
     pool.push_task(clean, std::move(files.files.extract(files.files.begin()).value()));
   }
@@ -84,13 +75,4 @@ void faCleaner::StartProgram(Configuration const& config, unsigned int threads) 
   if (config.Mode() == faCleanerMode::Cleanup) {
     CleanSources(files, config.SourceTreeRoot(), threads);
   }
-}
-
-fs::path faCleaner::GetTempDir() {
-  return fs::temp_directory_path() / TempDirName;
-}
-
-fs::path faCleaner::GetUncheckedTempDir() {
-  const std::string directory = GetTempDirectory();
-  return directory.empty() ? GetTempDir() : fs::path(directory) / TempDirName;
 }

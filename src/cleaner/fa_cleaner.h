@@ -1,8 +1,6 @@
 // The run: from a parsed command line to merged reports and cleaned sources.
 #pragma once
 
-#include <filesystem>
-
 #include "driver/configuration.h"
 
 namespace faCleaner {
@@ -18,13 +16,5 @@ namespace faCleaner {
 /// A source file that fails prints one line on the standard error stream and stops no other. All
 /// other failures leave as exceptions; see Files and the report writers.
 void StartProgram(Configuration const& config, unsigned int threads);
-
-/// Where rewritten copies are made before they replace their sources: "qln_fp_cleaner" in the
-/// system's temporary directory. Creates nothing. Throws std::filesystem::filesystem_error when
-/// the temporary directory of the environment does not exist.
-[[nodiscard]] std::filesystem::path GetTempDir();
-
-/// The same without a look whether the directory of the environment exists.
-[[nodiscard]] std::filesystem::path GetUncheckedTempDir();
 
 }  // namespace faCleaner

@@ -5,10 +5,12 @@
 #include <cstdint>
 #include <filesystem>
 #include <string_view>
+#include <system_error>
 
+#include "cleaner/backup_name.h"
 #include "cleaner/edit_window.h"
-#include "cleaner/file_turn.h"
-#include "cleaner/filtered_source.h"
+#include "cleaner/planned_cut.h"
+#include "files/exclusive_lock.h"
 #include "merge/file.h"
 
 /// Takes the listed markers out of one source file: checks that the file is still the one the
@@ -22,11 +24,11 @@
 class MarksFilter {
  public:
   /// Appended to the source's name, with no separator, to name the backup.
-  static constexpr std::string_view TempName = "temp_qln_facleaner";
+  static constexpr std::string_view TempName = BackupSuffix;
 
-  /// Takes the record over; opens nothing. `turns` are those of all workers of this process, and
-  /// must outlive the filter; null when it works alone.
-  explicit MarksFilter(File file, FileTurns* turns = nullptr);
+  /// Takes the record over; opens nothing. `workers` are the locks of all workers of this process,
+  /// and must outlive the filter; null when it works alone.
+  explicit MarksFilter(File file, WorkerLocks* workers = nullptr);
 
   /// Does the whole rewrite of `root` / path; with no lines listed, nothing. Throws
   /// std::runtime_error when the content is not the recorded one or cannot be read, or for want of
@@ -34,10 +36,14 @@ class MarksFilter {
   /// moment the bytes of the source stand at its path or at its backup's.
   void SaveFilteredFile(std::filesystem::path const& root);
 
+  /// After SaveFilteredFile: why the copy that it put in place of the source is cut short, which a
+  /// full disk does; no error when it is whole.
+  [[nodiscard]] std::error_code CopyError() const { return m_copyError; }
+
   /// What SaveFilteredFile would do to the source, without doing it: nothing on disk is touched,
-  /// and the source, which must have lines listed, is held in memory whole. Throws what
-  /// SaveFilteredFile throws for a content that is not the recorded one.
-  [[nodiscard]] FilteredSource Preview(std::filesystem::path const& root);
+  /// and the source, which must have lines listed, is read once and held in memory whole. Throws
+  /// what SaveFilteredFile throws for a content that is not the recorded one.
+  [[nodiscard]] PlannedCut Preview(std::filesystem::path const& root);
 
  private:
   using State = void (MarksFilter::*)(EditWindow&);
@@ -60,8 +66,9 @@ class MarksFilter {
   [[nodiscard]] Range const& CurrentOffsets() const;
 
   File m_file;
-  FileTurns* m_turns;
+  WorkerLocks* m_workers;
   std::filesystem::path m_source;  ///< The root joined with the record's path.
+  std::error_code m_copyError;
   State m_state = nullptr;
   std::uint64_t m_column = 0;      ///< 0-based byte position within the line.
   std::uint64_t m_lineNumber = 1;  ///< 1-based.

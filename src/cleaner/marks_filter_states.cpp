@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "cleaner/marks_filter.h"
+#include "files/line_ends.h"
 
 void MarksFilter::Filter(EditWindow& window) {
   BeginLine();
@@ -11,7 +12,7 @@ void MarksFilter::Filter(EditWindow& window) {
 }
 
 void MarksFilter::StateNotInterestedLine(EditWindow& window) {
-  // Unsigned: a listed line that is passed already is too far away ever to be reached.
+  // If the listed line is passed already, the unsigned difference is huge, and is never reached.
   m_lineNumber += window.KeepManyLines(m_file.lines[m_lineIndex].line - m_lineNumber);
   window.Keep(window.LengthToLineEnd());
   if (window.Rest().empty()) {
@@ -24,8 +25,9 @@ void MarksFilter::StateNotInterestedLine(EditWindow& window) {
 }
 
 void MarksFilter::StateInterestedLine(EditWindow& window) {
-  // Positions count on over a line end: a marker beyond it is found, if at all, in what follows,
-  // and without such a line being counted. Recorded hashes rule that out for real reports.
+  // Line ends do not stop the count of positions: a marker past the end of its line is looked for
+  // in the lines behind it, which are then not counted. The recorded hash rules that out for
+  // reports that the analyzer core wrote.
   const std::uint64_t begin = CurrentOffsets().begin;
   const std::size_t available = window.Rest().size();
   if (m_column > begin || begin - m_column >= available) {
@@ -76,7 +78,7 @@ void MarksFilter::BeginLine() {
 /// Keeps the CR or LF at the front of the window, and with it its partner: CR LF and LF CR are one
 /// line end.
 void MarksFilter::KeepLineEnd(EditWindow& window) {
-  const char partner = window.Rest().front() == '\n' ? '\r' : '\n';
+  const char partner = LineEndPartner(window.Rest().front());
   window.Keep(1);
   if (window.Refill() && window.Rest().front() == partner) {
     window.Keep(1);

@@ -1,19 +1,19 @@
 #include "cleaner/source_replacement.h"
 
-#include <cerrno>
+#include <cstddef>
 #include <new>
 #include <system_error>
 #include <vector>
 
-#include "cleaner/new_file.h"
-#include "cleaner/rename_to_free.h"
+#include "files/new_file.h"
+#include "files/rename_no_replace.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 
 void RenameToBackup(SourceFile const& source, fs::path const& path, fs::path const& backup) {
-  if (RenameToFree(path, backup)) {
+  if (!RenameNoReplace(path, backup)) {
     return;
   }
   // Such a rename would do nothing, or put a link to itself in the place of the only text.
@@ -24,48 +24,52 @@ void RenameToBackup(SourceFile const& source, fs::path const& path, fs::path con
   fs::rename(path, backup);  // Over an older backup, or else it fails in the library's words.
 }
 
-void CopyAll(TemporaryFile const& from, NewFile& to, std::optional<std::string_view> content) {
+/// Throws std::bad_alloc.
+std::error_code CopyFromStart(TemporaryFile const& from, NewFile& to) {
+  std::vector<char> buffer(std::size_t{128} * 1024);
+  Transfer piece;
+  std::error_code error = from.Rewind();
+  do {
+    if (!error) {
+      piece = from.Read(buffer);
+      error = piece.error;
+    }
+  } while (!error && to.Write({buffer.data(), piece.size}) && piece.size == buffer.size());
+  return error ? error : to.Finish();
+}
+
+std::error_code CopyAll(TemporaryFile const& from, NewFile& to,
+                        std::optional<std::string_view> content) {
   if (content && !from.WriteError()) {
     to.Write(*content);
-    return;
+    return to.Finish();
   }
-  std::vector<char> buffer(std::size_t{128} * 1024);
-  off_t position = 0;
-  while (const ssize_t count = from.ReadAt(position, buffer)) {
-    if (count < 0) {
-      throw std::system_error(errno, std::system_category());
-    }
-    to.Write({buffer.data(), static_cast<std::size_t>(count)});
-    position += count;
+  try {
+    return CopyFromStart(from, to);
+  } catch (std::bad_alloc const&) {
+    return std::make_error_code(std::errc::not_enough_memory);
   }
 }
 
 /// Throws the reason for which the copy failed, or that and where the original is.
-[[noreturn]] void FailToCopy(TemporaryFile const& rewritten, fs::path const& path,
-                             fs::path const& backup, std::error_code reason, bool isFree) {
-  if (isFree && MoveToFree(backup, path)) {
-    throw fs::filesystem_error("in copy_file", rewritten.Path(), path, reason);
-  }
-  throw fs::filesystem_error("the source is left as it is now; its original is the backup", path,
-                             backup, reason);
-}
-
 void Copy(TemporaryFile const& rewritten, fs::path const& path, fs::path const& backup,
           std::optional<std::string_view> content) {
-  std::optional<NewFile> copy;
-  std::error_code reason;
-  try {
-    copy.emplace(path, rewritten.Mode());
-    CopyAll(rewritten, *copy, content);
-    copy->Finish();
+  NewFile copy(path, rewritten.Mode());
+  const std::error_code error = CopyAll(rewritten, copy, content);
+  if (!error) {
     return;
-  } catch (std::system_error const& error) {
-    reason = error.code();
-  } catch (std::bad_alloc const&) {
-    reason = std::make_error_code(std::errc::not_enough_memory);
   }
-  const bool isFree = !copy || copy->Withdraw();
-  FailToCopy(rewritten, path, backup, reason, isFree);
+  if (copy.Withdraw()) {
+    const std::error_code moved = MoveNoReplace(backup, path);
+    if (!moved) {
+      throw fs::filesystem_error("in copy_file", rewritten.Path(), path, error);
+    }
+    if (moved != std::errc::file_exists) {
+      throw fs::filesystem_error("in rename", backup, path, moved);
+    }
+  }
+  throw fs::filesystem_error("the source is left as it is now; its original is the backup", path,
+                             backup, error);
 }
 
 }  // namespace

@@ -5,8 +5,8 @@
 #include <optional>
 #include <string_view>
 
-#include "cleaner/source_file.h"
 #include "cleaner/temporary_file.h"
+#include "files/source_file.h"
 
 /// Renames the source at `path`, which is open as `source`, to `backup`, copies `rewritten` to
 /// `path`, and removes `rewritten`. When the copy fails, the backup is renamed back. At every
@@ -14,7 +14,7 @@
 /// nothing else is ever written over: what comes to `path` meanwhile is someone's work, and stays.
 ///
 /// `content`, if given, is all that is in `rewritten`, which then need not be read. The caller has
-/// the turn of both files.
+/// locked both files.
 ///
 /// Throws std::filesystem::filesystem_error, which says where the original is if it is not at its
 /// own path.

@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <cerrno>
 
-#include "cleaner/fa_cleaner.h"
+#include "cleaner/temporary_directory.h"
 
 namespace fs = std::filesystem;
 
@@ -22,22 +22,22 @@ bool IsBelow(fs::path const& path, fs::path const& directory) {
 }  // namespace
 
 TemporaryFile::TemporaryFile(fs::path const& sourcePath, SourceFile const& source,
-                             FileTurns* turns) {
-  // Whoever had the turn before us removes the file at its end. Then we hold the turn of a file
-  // that is gone, and begin again with the one that stands there now.
+                             WorkerLocks* workers) {
+  // Whoever had the lock before us removes the file at its end. Then we have locked a file that is
+  // gone, and begin again with the one that stands there now.
   do {
-    m_turn.reset();
+    m_lock.reset();
     OpenOrCreate(sourcePath.filename());
     if (::fstat(m_file.Get(), &m_status) != 0) {
       Refuse(errno);
     }
-    // Before the wait: it might be the source, whose turn we have, or a link to a source whose
+    // Before the wait: it might be the source, which we have locked, or a link to a source whose
     // worker waits for us.
     if (!S_ISREG(m_status.st_mode) || m_status.st_nlink > 1 ||
         FileIdentity(m_status) == source.Identity()) {
       RefuseForeignFile();
     }
-    m_turn.emplace(turns, m_file.Get(), FileIdentity(m_status));
+    m_lock.emplace(workers, m_file, FileIdentity(m_status));
   } while (!IsStillAtPath());
   // A source within the directory of the temporary files means that someone's tree is there, and
   // that the file found may be one of its files.
@@ -49,10 +49,11 @@ TemporaryFile::TemporaryFile(fs::path const& sourcePath, SourceFile const& sourc
 }
 
 void TemporaryFile::OpenOrCreate(fs::path const& name) {
-  // The directory is nearly always there already.
+  // The directory is nearly always there already. If it is not, or is no directory, creating it has
+  // to say so.
   m_path = faCleaner::GetUncheckedTempDir() / name;
   int error = Create();
-  if (error == ENOENT) {
+  if (error == ENOENT || error == ENOTDIR) {
     const fs::path directory = faCleaner::GetTempDir();
     fs::create_directory(directory);
     m_path = directory / name;
@@ -111,22 +112,9 @@ void TemporaryFile::Refuse(int error) const {
 }
 
 void TemporaryFile::Keep(std::span<char const> bytes) noexcept {
-  while (!bytes.empty() && !m_writeError) {
-    const ssize_t count = ::write(m_file.Get(), bytes.data(), bytes.size());
-    if (count > 0) {
-      bytes = bytes.subspan(static_cast<std::size_t>(count));
-    } else if (count == 0 || errno != EINTR) {
-      m_writeError = std::error_code(count == 0 ? EIO : errno, std::system_category());
-    }
+  if (!m_writeError) {
+    m_writeError = m_file.Write(bytes).error;
   }
-}
-
-ssize_t TemporaryFile::ReadAt(off_t position, std::span<char> bytes) const noexcept {
-  ssize_t count = 0;
-  do {
-    count = ::pread(m_file.Get(), bytes.data(), bytes.size(), position);
-  } while (count < 0 && errno == EINTR);
-  return count;
 }
 
 void TemporaryFile::Remove() {

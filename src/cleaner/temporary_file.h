@@ -8,13 +8,13 @@
 #include <span>
 
 #include "cleaner/edit_output.h"
-#include "cleaner/file_turn.h"
-#include "cleaner/source_file.h"
-#include "descriptor.h"
+#include "files/descriptor.h"
+#include "files/exclusive_lock.h"
+#include "files/source_file.h"
 
 /// A file for writing that other workers, and other processes, may want under the same path: its
 /// name is the bare name of a source, and on real trees equal names are the rule. Users of one path
-/// therefore take turns, from before the file is emptied until it is removed or closed.
+/// therefore lock it, from before the file is emptied until it is removed or closed.
 ///
 /// Only a file of our own is written: an ordinary file with this one name, reached without a link,
 /// that is not the source, and only when no source is kept in that directory. What a killed run
@@ -22,11 +22,11 @@
 class TemporaryFile : public EditOutput {
  public:
   /// Creates the file, named like `sourcePath`, in the directory of faCleaner::GetTempDir(), or
-  /// waits for its turn at the one that stands there, and empties it. The directory is created when
-  /// it is not there. `source` is the open source, whose turn the caller has. Throws
+  /// waits for the lock on the one that stands there, and empties it. The directory is created when
+  /// it is not there. `source` is the open source, which the caller has locked. Throws
   /// std::filesystem::filesystem_error when any of this fails or is refused.
   TemporaryFile(std::filesystem::path const& sourcePath, SourceFile const& source,
-                FileTurns* turns);
+                WorkerLocks* workers);
   virtual ~TemporaryFile() = default;
   TemporaryFile(TemporaryFile const&) = delete;
   TemporaryFile& operator=(TemporaryFile const&) = delete;
@@ -43,9 +43,9 @@ class TemporaryFile : public EditOutput {
   /// Why the file could not take all that was to be written; no error when it could.
   [[nodiscard]] std::error_code WriteError() const noexcept { return m_writeError; }
 
-  /// Fills the front of `bytes` with what stands at `position`; returns how many bytes that are, 0
-  /// at the end, and less than 0, with the reason in errno, when they cannot be read.
-  [[nodiscard]] ssize_t ReadAt(off_t position, std::span<char> bytes) const noexcept;
+  /// Goes back to the front, to Read what was written.
+  [[nodiscard]] std::error_code Rewind() const noexcept { return m_file.SeekTo(0); }
+  [[nodiscard]] Transfer Read(std::span<char> bytes) const noexcept { return m_file.Read(bytes); }
 
   /// Removes the file. Throws std::filesystem::filesystem_error.
   void Remove();
@@ -62,7 +62,7 @@ class TemporaryFile : public EditOutput {
 
   std::filesystem::path m_path;
   Descriptor m_file;
-  std::optional<FileTurn> m_turn;  ///< Given back before the file is closed.
+  std::optional<ExclusiveLock> m_lock;  ///< Given back before the file is closed.
   bool m_wasThere = false;
   struct stat m_status{};
   mode_t m_mode = 0;

@@ -1,9 +1,14 @@
 #include "cleaner/thread_pool.h"
 
+#include <algorithm>
 #include <chrono>
 
+std::uint32_t HardwareWorkers() {
+  return std::max(1U, std::thread::hardware_concurrency());
+}
+
 thread_pool::thread_pool(std::uint32_t count)
-    : m_threadCount(count != 0 ? count : std::thread::hardware_concurrency()),
+    : m_threadCount(count != 0 ? count : HardwareWorkers()),
       m_threads(std::make_unique<std::thread[]>(m_threadCount)) {
   for (std::uint32_t i = 0; i < m_threadCount; ++i) {
     m_threads[i] = std::thread(&thread_pool::worker, this);

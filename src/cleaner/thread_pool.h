@@ -10,6 +10,9 @@
 #include <thread>
 #include <utility>
 
+/// How many workers keep the hardware busy; at least 1.
+[[nodiscard]] std::uint32_t HardwareWorkers();
+
 /// Runs tasks on a fixed number of threads, oldest first. There are no condition variables: idle
 /// workers and waiters look again after a fixed sleep of a millisecond, which is nothing beside
 /// tasks that each rewrite a file.
@@ -18,7 +21,7 @@
 /// wait_for_tasks may be called from any thread but a worker.
 class thread_pool {
  public:
-  /// Starts the workers; 0 means as many as the hardware reports. Throws std::system_error when
+  /// Starts the workers; 0 means HardwareWorkers(). Throws std::system_error when
   /// the first thread cannot be started; a later failure ends the process, because workers that
   /// already run cannot be abandoned.
   explicit thread_pool(std::uint32_t count);
@@ -45,7 +48,9 @@ class thread_pool {
   [[nodiscard]] bool IsDone() const;
   void SleepOrYield() const;
 
-  std::atomic<bool> m_paused = false;        ///< While true, workers take no new task.
+  /// While true, workers take no new task. Nothing sets it: it is kept as all of the analyzer's
+  /// tools have it.
+  std::atomic<bool> m_paused = false;
   std::uint32_t m_sleepMicroseconds = 1000;  ///< 0 yields the processor instead.
   mutable std::mutex m_queueMutex;
   std::atomic<bool> m_running = true;

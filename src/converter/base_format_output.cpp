@@ -19,12 +19,17 @@ void BaseFormatOutput::ClearOutput(bool removeIfEmpty) {
 
 void BaseFormatOutput::HardClearOutput() {
   SyncAndClose();
-  if (m_buffer.File() != nullptr) {
-    std::error_code ignored;
-    fs::remove(m_outputPath, ignored);
-  }
+  std::error_code ignored;
+  fs::remove(m_outputPath, ignored);  // Without an output file the path is empty, and names none.
   if (m_buffer.Console() != nullptr) {
     m_buffer.Console()->flush();
+  }
+}
+
+void BaseFormatOutput::EmptyFile() {
+  if (m_buffer.File() != nullptr) {
+    SyncAndClose();  // Before it is opened anew: what the older stream holds comes in front.
+    PrepareOutput();
   }
 }
 

@@ -10,6 +10,7 @@
 #include <streambuf>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "converter/output_interfaces.h"
@@ -54,7 +55,14 @@ class BaseFormatOutput : public IOutput<Warning>, public IOutputIfoProvider {
     /// Opens `file` for writing, created or truncated, in place of the file held before. Whether
     /// that succeeded is the returned stream's state.
     std::ofstream* AddOfstream(std::filesystem::path const& file) {
-      m_file = std::make_unique<std::ofstream>(file);
+      auto opened = std::make_unique<std::ofstream>();
+      // The stream's own buffer is so small that a large report would take thousands of system
+      // calls.
+      auto bytes = std::make_unique_for_overwrite<char[]>(FileBufferSize);
+      opened->rdbuf()->pubsetbuf(bytes.get(), FileBufferSize);
+      opened->open(file);
+      m_file = std::move(opened);
+      m_fileBytes = std::move(bytes);  // Now that the stream that used the older ones is gone.
       return m_file.get();
     }
     [[nodiscard]] std::ofstream* File() const { return m_file.get(); }
@@ -95,10 +103,17 @@ class BaseFormatOutput : public IOutput<Warning>, public IOutputIfoProvider {
     [[nodiscard]] std::array<std::ostream*, 2> Targets() const { return {m_console, m_file.get()}; }
     void Rewind() { setp(m_area.data(), m_area.data() + m_area.size()); }
 
+    static constexpr std::size_t FileBufferSize = std::size_t{64} * 1024;
+
     std::array<char, Size> m_area{};
     std::ostream* m_console = nullptr;
+    std::unique_ptr<char[]> m_fileBytes;  ///< The buffer of m_file, which goes before it.
     std::unique_ptr<std::ofstream> m_file;
   };
+
+  /// Empties the output file, if one is open, so that the report can begin anew. What a pipe has
+  /// taken it keeps.
+  void EmptyFile();
 
   explicit BaseFormatOutput(ProgramOptions const& options)
       : m_securityMappings(options.securityMappings) {}

@@ -1,6 +1,7 @@
 #include "converter/json_output.h"
 
 #include <cstdint>
+#include <utility>
 
 namespace TesselConverter {
 
@@ -14,6 +15,11 @@ bool HasValidCode(Warning const& warning) {
 }  // namespace
 
 void JsonOutput::Start() {
+  if (std::exchange(m_isOpen, false)) {
+    m_json.Restart();
+    m_held.str({});
+    EmptyFile();
+  }
   m_isStarted = true;
 }
 
@@ -63,6 +69,7 @@ void JsonOutput::Finish() {
     m_json.EndArray();
     m_json.EndObject();
     m_json.Flush();
+    m_stream << m_held.view();
   } else {
     m_stream << "null";
   }

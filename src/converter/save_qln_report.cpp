@@ -1,5 +1,3 @@
-#include <cstdint>
-#include <format>
 #include <string>
 #include <utility>
 
@@ -7,6 +5,7 @@
 #include "converter/mirex_errors.h"
 #include "fill_template.h"
 #include "merge/files.h"
+#include "merge/marker_text.h"
 
 namespace {
 
@@ -21,14 +20,27 @@ ProgramOptions OptionsFor(std::filesystem::path const& output) {
   return options;
 }
 
-Warning ToWarning(Marker const& marker, Line const& line, std::string const& fileText) {
-  Warning warning;
-  // The code is padded to three digits and the message is not, as the analyzer itself does.
-  warning.code = std::format("V{:03}", static_cast<std::uint32_t>(marker.code));
-  warning.message = FillTemplate(MirexErrors::RedundantFA(), {std::to_string(marker.code)});
-  warning.positions.emplace_back(fileText, line.line);
-  return warning;
-}
+/// Writes a warning for each marker of a file. They differ in little, so one record serves for all.
+class WarningsOfFile {
+ public:
+  WarningsOfFile(TesselConverter::JsonOutput& writer, File const& file) : m_writer(writer) {
+    m_warning.positions.emplace_back(file.PathToString({}), 0);
+  }
+
+  void Write(Marker const& marker, Line const& line) {
+    // The code is padded to three digits and the message is not, as the analyzer itself does.
+    m_warning.code = DiagnosticCode(marker.code);
+    m_warning.message = FillTemplate(MirexErrors::RedundantFA(), {std::to_string(marker.code)});
+    m_warning.positions.front().line = line.line;
+    m_warning.positions.front().endLine = line.line;
+    // A marker without a number is refused, and has no place in the report.
+    static_cast<void>(m_writer.Write(m_warning));
+  }
+
+ private:
+  TesselConverter::JsonOutput& m_writer;
+  Warning m_warning;
+};
 
 }  // namespace
 
@@ -37,11 +49,10 @@ void Files::SaveQlnReport(std::filesystem::path const& output) {
   writer.PrepareOutput();
   writer.Start();
   for (File const& file : files) {
-    const std::string fileText = file.PathToString({});
+    WarningsOfFile warnings(writer, file);
     for (Line const& line : file.lines) {
       for (Marker const& marker : line.markers) {
-        // A marker without a number is refused, and has no place in the report.
-        static_cast<void>(writer.Write(ToWarning(marker, line, fileText)));
+        warnings.Write(marker, line);
       }
     }
   }

@@ -8,7 +8,7 @@
 #include <string_view>
 
 #include "cleaner/fa_cleaner.h"
-#include "driver/command_handlers.h"
+#include "driver/command_arguments.h"
 #include "fill_template.h"
 
 namespace {

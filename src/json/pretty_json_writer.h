@@ -1,6 +1,7 @@
 // Writing JSON piece by piece.
 #pragma once
 
+#include <algorithm>
 #include <charconv>
 #include <cstddef>
 #include <cstdint>
@@ -9,6 +10,7 @@
 #include <ostream>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 #include "window_size.h"
 
@@ -45,6 +47,17 @@ class PrettyJsonWriter {
   void Bool(bool value);
   void Text(std::string_view value);
 
+  /// An element that is written with fixed text around its numbers: the texts, which bring their
+  /// own line breaks and indent, and the numbers in turn. All of it together is short.
+  template <typename... Parts>
+  void Element(Parts const&... parts) {
+    constexpr std::size_t most = (MostOf<Parts> + ...);
+    static_assert(most <= MostOfElement);
+    char* at = BeginElement(most);
+    ((at = PutPart(at, parts)), ...);
+    End(at);
+  }
+
   // A key and its value in one.
   void Number(std::string_view key, std::uint64_t value) {
     Key(key);
@@ -63,22 +76,48 @@ class PrettyJsonWriter {
     Text(value);
   }
 
+  /// Begins a new document; what the window still holds of the one before is forgotten.
+  void Restart() {
+    m_size = 0;
+    m_depth = 0;
+    m_isFirst = true;
+    m_afterKey = false;
+  }
+
   /// Hands what the window still holds to the stream. To be called when the document is complete;
   /// what is not flushed is lost.
   void Flush();
 
  private:
-  static constexpr std::size_t WindowSize = WindowBytes(std::size_t{64} * 1024);
+  /// An element that is written in one piece is no longer, in bytes.
+  static constexpr std::size_t MostOfElement = 512;
+
+  static constexpr std::size_t WindowSize =
+      std::max(WindowBytes(std::size_t{64} * 1024), 2 * MostOfElement);
 
   /// A line break and the deepest indent. It is always copied whole, which is quicker than copying
   /// the right length; what is too much of it is then overwritten.
   static constexpr std::string_view LineStart = "\n                                ";
 
+  static constexpr std::size_t MostDigits = 20;
+
   template <typename Type>
   void Integer(Type value) {
-    constexpr std::size_t mostDigits = 20;
-    char* const at = BeginElement(mostDigits);
-    End(std::to_chars(at, at + mostDigits, value).ptr);
+    char* const at = BeginElement(MostDigits);
+    End(std::to_chars(at, at + MostDigits, value).ptr);
+  }
+
+  /// Of a text with its closing zero, or of a number.
+  template <typename Part>
+  static constexpr std::size_t MostOf = std::max(std::extent_v<Part>, MostDigits);
+
+  template <std::size_t Size>
+  static char* PutPart(char* at, char const (&text)[Size]) {
+    std::memcpy(at, text, Size - 1);
+    return at + Size - 1;
+  }
+  static char* PutPart(char* at, std::uint64_t number) {
+    return std::to_chars(at, at + MostDigits, number).ptr;
   }
 
   void Open(char bracket) {

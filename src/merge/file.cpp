@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <functional>
+#include <limits>
 
 #include "merge/paths/source_tree_placeholder.h"
 #include "merge/paths/weakly_canonical.h"
@@ -26,6 +27,38 @@ void KeepCommonAscending(Lines& lines, Lines const& others) {
     }
     return other == others.end() || *other != line;
   });
+}
+
+/// For lines that come in any order, but each number once in `others`: the numbers are sorted, with
+/// where they stand, and not the lines. False, and nothing is done, when a number comes twice.
+bool KeepCommonByNumber(Lines& lines, Lines const& others) {
+  if (others.size() > std::numeric_limits<std::uint32_t>::max()) {
+    return false;
+  }
+  constexpr unsigned placeBits = 32;
+  const auto number = [](std::uint64_t key) { return key >> placeBits; };
+  std::vector<std::uint64_t> keys;
+  keys.reserve(others.size());
+  for (Line const& other : others) {
+    keys.push_back(std::uint64_t{other.line} << placeBits | keys.size());
+  }
+  std::sort(keys.begin(), keys.end());
+  if (std::ranges::adjacent_find(keys, std::ranges::equal_to(), number) != keys.end()) {
+    return false;
+  }
+  const bool ascend = AscendStrictly(lines);
+  auto key = keys.begin();
+  std::erase_if(lines, [&](Line const& line) {
+    if (ascend) {
+      while (key != keys.end() && number(*key) < line.line) {
+        ++key;
+      }
+    } else {
+      key = std::ranges::lower_bound(keys, line.line, std::ranges::less(), number);
+    }
+    return key == keys.end() || others[static_cast<std::uint32_t>(*key)] != line;
+  });
+  return true;
 }
 
 /// What lines are sorted and searched by. The number is copied here, so that comparing lines with
@@ -56,7 +89,7 @@ void KeepCommonInAnyOrder(Lines& lines, Lines const& others) {
 void File::Intersect(File const& other) const {
   if (AscendStrictly(lines) && AscendStrictly(other.lines)) {
     KeepCommonAscending(lines, other.lines);
-  } else {
+  } else if (!KeepCommonByNumber(lines, other.lines)) {
     KeepCommonInAnyOrder(lines, other.lines);
   }
 }

@@ -2,15 +2,15 @@
 
 #include <format>
 #include <fstream>
+#include <memory>
 #include <nlohmann/json.hpp>
 #include <stdexcept>
-#include <string>
 #include <utility>
 #include <vector>
 
 #include "merge/paths/weakly_canonical.h"
 #include "merge/raw_merge.h"
-#include "merge/reading/raw_record_reader.h"
+#include "merge/reading/report_reader.h"
 #include "merge/reading/structured_report_reader.h"
 #include "merge/writing/files_to_json.h"
 #include "merge/writing/structured_report_writer.h"
@@ -19,9 +19,61 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Takes away the files that `others` does not have, and of the rest the lines that it does not
-/// have. Their hashes are not compared: only raw reports are refused for that.
-void KeepCommon(FileSet& files, FileSet const& others) {
+void RequireRoot(fs::path const& root) {
+  if (root.empty()) {
+    throw std::runtime_error("Please specify the '--sourcetree-root' flag to merge raw reports.");
+  }
+}
+
+std::runtime_error ParsingError(fs::path const& report) {
+  return std::runtime_error(std::format("Parsing error for file '{}'.", report.string()));
+}
+
+}  // namespace
+
+void Files::ExtractFromReport(fs::path const& reportPath, bool isFirstReport,
+                              fs::path const& sourceTreeRoot) {
+  if (std::error_code ignored; fs::is_regular_file(reportPath, ignored)) {
+    ReportReader report(reportPath);
+    Extract(report, isFirstReport, sourceTreeRoot);
+  } else if (auto structured = ReadStructuredStream(reportPath)) {
+    MergeStructured(std::move(*structured), isFirstReport);
+  } else {
+    // Of a pipe, the first try has taken the front, and the raw form gets what is left.
+    RequireRoot(sourceTreeRoot);
+    ReportReader report(reportPath);
+    try {
+      MergeRawReport(files, report, m_paths, sourceTreeRoot, nullptr);
+    } catch (nlohmann::json::exception const&) {
+      throw ParsingError(WeaklyCanonical(reportPath));
+    }
+  }
+}
+
+void Files::Extract(ReportReader& report, bool isFirst, fs::path const& root,
+                    std::vector<File const*>* inOrder) {
+  if (auto structured = report.ReadStructured()) {
+    MergeStructured(std::move(*structured), isFirst);
+    return;
+  }
+  RequireRoot(root);
+  try {
+    MergeRawReport(files, report, m_paths, root, inOrder);
+  } catch (nlohmann::json::exception const&) {
+    // The name that a shell gives to a pipe leads nowhere, and has no canonical form.
+    std::error_code ignored;
+    throw ParsingError(fs::is_fifo(report.Path(), ignored) ? report.Path()
+                                                           : WeaklyCanonical(report.Path()));
+  }
+}
+
+void Files::MergeRecords(std::vector<File const*> const& records, fs::path const& root) {
+  for (File const* record : records) {
+    MergeRecord(files, *record, root);
+  }
+}
+
+void Files::KeepCommon(FileSet const& others) {
   std::erase_if(files, [&others](File const& file) {
     const auto other = others.find(file);
     if (other == others.end()) {
@@ -32,31 +84,12 @@ void KeepCommon(FileSet& files, FileSet const& others) {
   });
 }
 
-}  // namespace
-
-void Files::ExtractFromReport(fs::path const& reportPath, bool isFirstReport,
-                              fs::path const& sourceTreeRoot) {
-  RawRecordReader reader(reportPath);
-  if (!reader.IsRawForCertain()) {
-    if (auto structured = ReadStructuredReport(reportPath)) {
-      if (isFirstReport) {
-        files = std::move(*structured);
-      } else {
-        KeepCommon(files, *structured);
-      }
-      return;
-    }
+void Files::MergeStructured(FileSet&& report, bool isFirst) {
+  if (isFirst) {
+    files = std::move(report);
+  } else {
+    KeepCommon(report);
   }
-  if (sourceTreeRoot.empty()) {
-    throw std::runtime_error("Please specify the '--sourcetree-root' flag to merge raw reports.");
-  }
-  try {
-    MergeRawReport(files, reader, m_paths, sourceTreeRoot);
-  } catch (nlohmann::json::exception const&) {
-    throw std::runtime_error(
-        std::format("Parsing error for file '{}'.", WeaklyCanonical(reportPath).string()));
-  }
-  m_hasUnreadReport |= reader.Failed();
 }
 
 void Files::DeleteEmpty() {
@@ -65,13 +98,15 @@ void Files::DeleteEmpty() {
 
 void Files::SaveStructuredReport(fs::path const& resultPath) {
   // The stream's own buffer is so small that a large report would take thousands of system calls.
-  std::vector<char> buffer(std::size_t{64} * 1024);
+  constexpr std::size_t size = std::size_t{64} * 1024;
+  const auto buffer = std::make_unique_for_overwrite<char[]>(size);
   std::ofstream stream;
-  stream.rdbuf()->pubsetbuf(buffer.data(), static_cast<std::streamsize>(buffer.size()));
+  stream.rdbuf()->pubsetbuf(buffer.get(), size);
   stream.open(resultPath);
   WriteStructuredReport(version, files, stream);
 }
 
 void to_json(nlohmann::json& j, Files const& files) {
-  j = FilesToJson(files.version, files.files);
+  j["version"] = files.version;
+  j["files"] = FilesToJson(files.files);
 }

@@ -4,9 +4,12 @@
 #include <cstdint>
 #include <filesystem>
 #include <nlohmann/json_fwd.hpp>
+#include <vector>
 
 #include "merge/file.h"
 #include "merge/paths/source_paths.h"
+
+class ReportReader;
 
 /// At most one record for each source path, in path order. Filled on the main thread, before any
 /// worker exists; not safe to change from several threads.
@@ -25,9 +28,20 @@ struct Files {
   void ExtractFromReport(std::filesystem::path const& reportPath, bool isFirstReport,
                          std::filesystem::path const& sourceTreeRoot);
 
-  /// Whether some report could not be opened, or not be read to its end. A merge goes on with what
-  /// it could read; the companion does not.
-  [[nodiscard]] bool HasUnreadReport() const { return m_hasUnreadReport; }
+  /// Does the same with an opened report that is read only once, as a pipe has to be. `inOrder`, if
+  /// given, gets the records of `files` that a raw report names, in the order in which it first
+  /// does. What else shows of the report, its reader tells.
+  void Extract(ReportReader& report, bool isFirst, std::filesystem::path const& root,
+               std::vector<File const*>* inOrder = nullptr);
+
+  /// Merges records of a raw report, whose paths are relative to `root` already. Throws as
+  /// ExtractFromReport does.
+  void MergeRecords(std::vector<File const*> const& records, std::filesystem::path const& root);
+
+  /// Merges a structured report that is not the first one: takes away the files that `others` does
+  /// not have, and of the rest the lines that it does not have. Hashes are not compared: only raw
+  /// reports are refused for these.
+  void KeepCommon(FileSet const& others);
 
   /// Removes the files that have no lines left.
   void DeleteEmpty();
@@ -42,11 +56,12 @@ struct Files {
   void SaveQlnReport(std::filesystem::path const& output);
 
  private:
+  void MergeStructured(FileSet&& report, bool isFirst);
+
   /// How the paths of the raw reports so far are written relative to the root. About paths only:
   /// what is done to `files` between two reports does not make it wrong.
   SourcePaths m_paths;
-  bool m_hasUnreadReport = false;
 };
 
-/// Makes the structured report of `files`.
+/// Sets the keys of a structured report in `j`, and leaves every other key that it has.
 void to_json(nlohmann::json& j, Files const& files);

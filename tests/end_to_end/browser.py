@@ -9,7 +9,7 @@ import tempfile
 CHROMIUM = ("chromium", "--headless", "--no-sandbox", "--disable-gpu", "--disable-quic",
             "--no-first-run", "--disable-background-networking", "--disable-component-update",
             "--disable-sync", "--remote-debugging-pipe")
-KEY_CODES = {"Tab": 9, "Enter": 13, " ": 32}
+KEY_CODES = {"Tab": 9, "Enter": 13, "Escape": 27, " ": 32}
 
 
 class Browser:
@@ -62,11 +62,22 @@ class Browser:
             raise RuntimeError(f"{method}: {answer['error']}")
         return answer["result"]
 
-    def open(self, path):
+    def open(self, path, address=""):
+        self.load("Page.navigate", url=path.as_uri() + address)
+
+    def load(self, method, **parameters):
         self.events.clear()
-        self.call("Page.navigate", url=path.as_uri())
-        while "Page.loadEventFired" not in self.events:
+        answer = self.call(method, **parameters)
+        is_loading = method == "Page.reload" or "loaderId" in answer  # Not if the fragment alone is new.
+        while is_loading and "Page.loadEventFired" not in self.events:
             self.read()
+
+    def look(self, width=1280, height=800, media="screen", **features):
+        """How the page is looked at: how large, and with which preferences."""
+        self.call("Emulation.setDeviceMetricsOverride", width=width, height=height,
+                  deviceScaleFactor=1, mobile=width < 500)
+        self.call("Emulation.setEmulatedMedia", media=media, features=[
+            {"name": name.replace("_", "-"), "value": value} for name, value in features.items()])
 
     def evaluate(self, expression):
         """The value of an expression in the page."""
@@ -77,8 +88,8 @@ class Browser:
         return result["result"].get("value")
 
     def press(self, key):
-        code = KEY_CODES[key]
-        text = {"Enter": "\r", " ": " "}.get(key, "")
+        code = KEY_CODES.get(key) or ord(key.upper())
+        text = "\r" if key == "Enter" else key if len(key) == 1 else ""
         self.call("Input.dispatchKeyEvent", type="keyDown", key=key, windowsVirtualKeyCode=code,
                   text=text)
         self.call("Input.dispatchKeyEvent", type="keyUp", key=key, windowsVirtualKeyCode=code)

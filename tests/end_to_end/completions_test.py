@@ -9,6 +9,7 @@ import unittest
 from harness import PROGRAM, EndToEnd
 
 PROJECT = pathlib.Path(__file__).parents[2]
+TREE = pathlib.Path(PROGRAM).with_name("qln-fp-tree")
 DOCUMENTS = {"qln-fp-cleaner": ["man/qln-fp-cleaner.1", "README.md"],
              "qln-fp-tree": ["man/qln-fp-tree.1", "README.md"]}
 
@@ -64,15 +65,24 @@ def options_of(text):
     return set(re.findall(r"(?<![\w-])--?[a-z][\w-]*", text))
 
 
+def help_of(program, *arguments):
+    return subprocess.check_output([program, *arguments, "--help"], text=True)
+
+
+def plain(roff):
+    """The text of lines with a macro each; those of two fonts write their words without blanks."""
+    text = re.sub(r"\\f.", "", roff).replace("\\-", "-")
+    lines = re.findall(r"^\.([A-Z]+) (.*)", text, re.MULTILINE)
+    return " ".join(text if len(macro) == 1 else text.replace(" ", "") for macro, text in lines)
+
+
 def words_of_help():
     """What may follow on a line that so begins, as the programs' help has it."""
-    def help_of(program, *arguments):
-        return subprocess.check_output([program, *arguments, "--help"], text=True)
     top = help_of(PROGRAM)
     # The help of a command does not list the option that prints it.
     words = {command: options_of(help_of(PROGRAM, command)) | {"-h", "--help"}
              for command in re.findall(r"^ {6}(\w+)  ", top, re.MULTILINE)}
-    tree = help_of(pathlib.Path(PROGRAM).with_name("qln-fp-tree"))
+    tree = help_of(TREE)
     # Each command with its lines, then each option with its two names.
     long_forms = dict(re.findall(r"^  (-\w), (--[\w-]+)", tree, re.MULTILINE))
     tree_words = {command: {word for option in options_of(rest)
@@ -92,6 +102,7 @@ class Completions(EndToEnd):
         offers = self.scratch / "offers"
         environment = {**os.environ, "TO_TRY": "\n".join(wanted), "TERM": "vt100",
                        "COMPLETIONS": str(PROJECT / "completions"), "OFFERS": str(offers),
+                       "PATH": f"{pathlib.Path(PROGRAM).parent}:{os.environ['PATH']}",
                        "HOME": str(self.scratch), "ZDOTDIR": str(self.scratch),
                        "LC_ALL": "C.UTF-8"}
         for shell, command in SHELLS.items():
@@ -132,6 +143,14 @@ class Completions(EndToEnd):
                 missing = {word for word in words
                            if not re.search(rf"(?<![\w-]){word}(?![\w-])", text)}
                 self.assertEqual(missing, set(), name)
+
+    def test_manual_page_has_the_synopses_of_the_help(self):
+        page = (PROJECT / "man/qln-fp-tree.1").read_text()
+        (section,) = re.findall(r"^\.SH SYNOPSIS\n(.*?)^\.SH", page, re.MULTILINE | re.DOTALL)
+        self.assertEqual(
+            {plain(form) for form in section.split(".br\n")},
+            {" ".join(f"qln-fp-tree {form}".split())
+             for form in re.findall(r"^  (\w.*(?:\n {10}.*)*)", help_of(TREE), re.MULTILINE)})
 
 
 if __name__ == "__main__":

@@ -64,6 +64,12 @@ class Merge(EndToEnd):
         self.assertEqual(self.merged("pipe"), {"|?|/a": {1: [501], 3: [502]}})
         writer.join()
 
+    def test_a_raw_report_through_a_pipe_is_read_past_before_it_is_known_to_be_raw(self):
+        report = (self.scratch / self.raw_report("r", record("root/a", b"", A1))).read_bytes()
+        self.assertEqual(self.run_program("merge", "-r", "root", "-o", "out", "/dev/stdin", input=report),
+                         (0, b"", b""))
+        self.assertEqual(json.loads((self.scratch / "out").read_bytes())["files"], [])
+
     def test_paths_of_raw_reports(self):
         (self.scratch / "link").symlink_to("root")
         report = self.raw_report("r", *(record(path, b"", A2) for path in (

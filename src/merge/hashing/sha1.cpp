@@ -14,7 +14,7 @@ void SHA1::add(void const* data, std::size_t numBytes) {
     if (m_bufferSize < BlockSize) {
       return;
     }
-    processBlocks(m_buffer.data(), 1);
+    processBlock(m_buffer.data());
     m_bufferSize = 0;
   }
   const std::size_t whole = numBytes / BlockSize;
@@ -23,9 +23,10 @@ void SHA1::add(void const* data, std::size_t numBytes) {
   std::copy_n(bytes + whole * BlockSize, m_bufferSize, m_buffer.data());
 }
 
-void SHA1::processBlocks(unsigned char const* blocks, std::size_t count) {
+void SHA1::processBlocks(void const* blocks, std::size_t count) {
   static const Sha1Blocks ofProcessor = Sha1BlocksOfProcessor();
-  (ofProcessor != nullptr ? ofProcessor : Sha1BlocksPortable)(m_state, blocks, count);
+  (ofProcessor != nullptr ? ofProcessor : Sha1BlocksPortable)(
+      m_state, static_cast<unsigned char const*>(blocks), count);
   m_numBytes += count * BlockSize;
 }
 

@@ -7,7 +7,7 @@
 //       {"code": 501, "columns": {"begin": 20, "end": 27}, "offsets": {"begin": 19, "end": 26}}]}]}
 //
 // A raw report, as the analyzer core writes it, is a sequence of such records with line feeds
-// between them (see raw_record_reader.h). A structured report is one object:
+// between them (see report_reader.h). A structured report is one object:
 //
 //   {"files": [<file record>, ...], "version": 1}
 #pragma once

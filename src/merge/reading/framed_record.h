@@ -1,30 +1,42 @@
-// One record of a report, cut by counting braces.
+// The text of a report, or of one record of it, for a parser.
 #pragma once
 
 #include <streambuf>
 
 #include "merge/reading/report_window.h"
 
-/// Reads the record that begins at the front of a window, which must not be empty: the bytes up to
-/// the one at which as many braces are closed as were opened, or to the end of the report. What has
-/// been read is consumed from the window, so that a record of any length needs no more memory than
-/// the window has.
-class FramedRecord : public std::streambuf {
+/// Reads what is left of a report. What has been read is consumed from the window, so that a text
+/// of any length needs no more memory than the window has.
+class ReportText : public std::streambuf {
  public:
-  /// `window` must outlive the record.
-  explicit FramedRecord(ReportWindow& window) : m_window(window) {}
+  /// `window` must outlive the text.
+  explicit ReportText(ReportWindow& window) : m_window(window) {}
+
+ protected:
+  int_type underflow() override;
+
+  /// How many bytes at the front of what the window holds belong to the text; never asked while it
+  /// holds none.
+  [[nodiscard]] virtual std::size_t Length(std::string_view held) { return held.size(); }
+
+ private:
+  ReportWindow& m_window;
+  std::size_t m_shown = 0;  ///< Bytes at the front of the window that are being read.
+};
+
+/// Cuts a record by counting braces: reads up to the byte at which as many are closed as were
+/// opened, or to the end of the report. The window must not be at the end.
+class FramedRecord : public ReportText {
+ public:
+  using ReportText::ReportText;
 
   /// Reads on to the end of the record. False when the report ended before its braces balanced.
   [[nodiscard]] bool Close();
 
  protected:
-  int_type underflow() override;
+  [[nodiscard]] std::size_t Length(std::string_view held) override;
 
  private:
-  [[nodiscard]] std::size_t LengthInWindow();
-
-  ReportWindow& m_window;
-  std::size_t m_shown = 0;     ///< Bytes at the front of the window that are being read.
   bool m_isBegun = false;      ///< Whether the record has any byte yet; m_depth is 0 before, too.
   std::ptrdiff_t m_depth = 0;  ///< Braces opened less those closed; may be negative.
 };

@@ -19,10 +19,90 @@ constexpr std::array<bool, 256> PlainBytes = [] {
   return plain;
 }();
 
-/// Walks over the text; each function reads one thing and is false when that does not stand there.
+// The texts between the numbers of a line and its markers. A marker without a code has others.
+
+/// As the analyzer core writes them, without blanks.
+struct CompactLayout {
+  static constexpr char Line[] = R"({"line":)";
+  static constexpr char Markers[] = R"(,"markers":[)";
+  static constexpr char Marker[] = R"({"code":)";
+  static constexpr char Columns[] = R"(,"columns":{"begin":)";
+  static constexpr char EndOfRange[] = R"(,"end":)";
+  static constexpr char Offsets[] = R"(},"offsets":{"begin":)";
+  static constexpr char EndOfMarker[] = "}}";
+  static constexpr char NextMarker[] = ",";
+  static constexpr char EndOfLine[] = "]}";
+};
+
+/// As structured_report_writer writes them, each value on a line of its own.
+struct IndentedLayout {
+  static constexpr char Line[] = R"({
+          "line": )";
+  static constexpr char Markers[] = R"(,
+          "markers": [
+            )";
+  static constexpr char Marker[] = R"({
+              "code": )";
+  static constexpr char Columns[] = R"(,
+              "columns": {
+                "begin": )";
+  static constexpr char EndOfRange[] = R"(,
+                "end": )";
+  static constexpr char Offsets[] = R"(
+              },
+              "offsets": {
+                "begin": )";
+  static constexpr char EndOfMarker[] = R"(
+              }
+            })";
+  static constexpr char NextMarker[] = R"(,
+            )";
+  static constexpr char EndOfLine[] = R"(
+          ]
+        })";
+};
+
+/// A place in the text. Each function reads one thing and is false when that does not stand there.
 /// None checks for the end of the window: behind it the window has bytes of 0, and as no function
-/// takes a 0 for anything, all of them stop there.
-class PlainReader {
+/// takes a 0 for anything, all of them stop there. A function that reads much has a copy of its
+/// own, because the compiler then keeps it in a register.
+struct Cursor {
+  /// Exactly `text`, whose length the compiler knows.
+  template <std::size_t Size>
+  [[gnu::always_inline]] bool Literal(char const (&text)[Size]) {
+    constexpr std::size_t length = Size - 1;
+    static_assert(length <= ReportWindow::Padding);
+    if (std::memcmp(m_at, text, length) != 0) {
+      return false;
+    }
+    m_at += length;
+    return true;
+  }
+
+  template <typename Unsigned>
+  [[gnu::always_inline]] bool Digits(Unsigned& number) {
+    constexpr std::ptrdiff_t mostDigits = 19;  // The most that cannot pass 64 bits.
+    const char* const begin = m_at;
+    std::uint64_t value = 0;
+    // A byte that is no digit is a large number when '0' is taken from it without a sign.
+    for (unsigned digit = 0; (digit = static_cast<unsigned>(*m_at) - '0') <= 9; ++m_at) {
+      value = 10 * value + digit;
+    }
+    const std::ptrdiff_t digits = m_at - begin;
+    if (digits == 0 || digits > mostDigits || (*begin == '0' && digits > 1)) {
+      return false;
+    }
+    // Of a number with a fraction or an exponent this is only the beginning. The record is refused
+    // all the same, because the caller then finds a '.' or an 'e' where it expects ',' or '}'.
+    number = static_cast<Unsigned>(value);
+    return true;
+  }
+
+  const char* m_at = nullptr;
+};
+
+/// Walks over the text of a record, as a cursor does.
+class PlainReader : private Cursor {
  public:
   explicit PlainReader(ReportWindow& window) : m_window(window) { LookIntoWindow(); }
 
@@ -65,35 +145,48 @@ class PlainReader {
  private:
   bool Read(Line& line) {
     ReadAhead();
-    return ReadCompact(line) || ReadInAnyOrder(line);
+    SkipBlanks();
+    return ReadAs<CompactLayout>(line) || ReadAs<IndentedLayout>(line) || ReadInAnyOrder(line);
   }
 
-  bool Read(Marker& marker) { return ReadCompact(marker) || ReadInAnyOrder(marker); }
+  // Nearly all lines and markers are written in one of two layouts, with their keys in the same
+  // order. These are read by comparing with fixed text, which is more than twice as fast as
+  // searching for keys; a line that does not fit is read once more from its front, with a search.
 
-  // The analyzer core writes nearly all lines and markers without blanks and with their keys in the
-  // same order. These are read by comparing with fixed text, which is more than twice as fast as
-  // searching for keys; whatever does not fit is read once more from its front, with a search.
-
-  bool ReadCompact(Line& line) {
-    const char* const begin = m_at;
-    if (Literal("{\"line\":") && Digits(line.line) && Literal(",\"markers\":") &&
-        ReadArray(line.markers) && Literal("}")) {
-      return true;
+  template <typename Layout>
+  bool ReadAs(Line& line) {
+    Cursor text = *this;
+    if (!text.Literal(Layout::Line) || !text.Digits(line.line) || !text.Literal(Layout::Markers)) {
+      return false;
     }
-    m_at = begin;
-    return false;
+    std::size_t count = 0;
+    do {
+      if (count == line.markers.size()) {
+        line.markers.emplace_back();
+      }
+      if (!ReadAs<Layout>(line.markers[count], text)) {
+        return false;
+      }
+      ++count;
+    } while (text.Literal(Layout::NextMarker));
+    if (!text.Literal(Layout::EndOfLine)) {
+      return false;
+    }
+    if (count != line.markers.size()) {
+      line.markers.resize(count);
+    }
+    m_at = text.m_at;
+    return true;
   }
 
-  bool ReadCompact(Marker& marker) {
-    const char* const begin = m_at;
-    if (Literal("{\"code\":") && Digits(marker.code) && Literal(",\"columns\":{\"begin\":") &&
-        Digits(marker.columns.begin) && Literal(",\"end\":") && Digits(marker.columns.end) &&
-        Literal("},\"offsets\":{\"begin\":") && Digits(marker.offsets.begin) &&
-        Literal(",\"end\":") && Digits(marker.offsets.end) && Literal("}}")) {
-      return true;
-    }
-    m_at = begin;
-    return false;
+  template <typename Layout>
+  static bool ReadAs(Marker& marker, Cursor& text) {
+    return text.Literal(Layout::Marker) && text.Digits(marker.code) &&
+           text.Literal(Layout::Columns) && text.Digits(marker.columns.begin) &&
+           text.Literal(Layout::EndOfRange) && text.Digits(marker.columns.end) &&
+           text.Literal(Layout::Offsets) && text.Digits(marker.offsets.begin) &&
+           text.Literal(Layout::EndOfRange) && text.Digits(marker.offsets.end) &&
+           text.Literal(Layout::EndOfMarker);
   }
 
   bool ReadInAnyOrder(Line& line) {
@@ -113,7 +206,7 @@ class PlainReader {
     return Token('}') && seen == (First | Second);
   }
 
-  bool ReadInAnyOrder(Marker& marker) {
+  bool Read(Marker& marker) {
     unsigned seen = 0;
     marker.code = 0;
     if (!Token('{')) {
@@ -203,18 +296,6 @@ class PlainReader {
     return true;
   }
 
-  /// Exactly `text`, whose length the compiler knows.
-  template <std::size_t Size>
-  bool Literal(char const (&text)[Size]) {
-    constexpr std::size_t length = Size - 1;
-    static_assert(length <= ReportWindow::Padding);
-    if (std::memcmp(m_at, text, length) != 0) {
-      return false;
-    }
-    m_at += length;
-    return true;
-  }
-
   /// `name`, its quotes included, and the colon behind it, for the first time in its object.
   template <std::size_t Size>
   bool Key(char const (&name)[Size], unsigned bit, unsigned& seen) {
@@ -236,25 +317,6 @@ class PlainReader {
     return Digits(number);
   }
 
-  template <typename Unsigned>
-  bool Digits(Unsigned& number) {
-    constexpr std::ptrdiff_t mostDigits = 19;  // The most that cannot pass 64 bits.
-    const char* const begin = m_at;
-    std::uint64_t value = 0;
-    while (*m_at >= '0' && *m_at <= '9') {
-      value = 10 * value + static_cast<unsigned>(*m_at - '0');
-      ++m_at;
-    }
-    const std::ptrdiff_t digits = m_at - begin;
-    if (digits == 0 || digits > mostDigits || (*begin == '0' && digits > 1)) {
-      return false;
-    }
-    // Of a number with a fraction or an exponent this is only the beginning. The record is refused
-    // all the same, because the caller then finds a '.' or an 'e' where it expects ',' or '}'.
-    number = static_cast<Unsigned>(value);
-    return true;
-  }
-
   bool Text(std::string_view& text) {
     if (!Token('"')) {
       return false;
@@ -272,6 +334,11 @@ class PlainReader {
   }
 
   void SkipBlanks() {
+    if (*m_at > ' ') {
+      return;
+    }
+    while (Literal("        ")) {  // Eight at once, where lines are indented.
+    }
     while (*m_at == ' ' || *m_at == '\n' || *m_at == '\t' || *m_at == '\r') {
       ++m_at;
     }
@@ -281,16 +348,12 @@ class PlainReader {
   static constexpr std::size_t MostOfPieces = ReportWindow::Size / 64;
 
   ReportWindow& m_window;
-  const char* m_at = nullptr;
   const char* m_end = nullptr;
 };
 
 }  // namespace
 
 bool ReadPlainRecord(ReportWindow& window, File& file) {
-  if (!window.CanReturn()) {
-    return false;
-  }
   const std::uint64_t front = window.Position();
   PlainReader reader(window);
   if (reader.Read(file)) {

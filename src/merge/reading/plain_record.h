@@ -17,6 +17,5 @@
 /// The memory of the lines that `file` already holds is used again, so that a caller who passes the
 /// same one for each record seldom allocates.
 ///
-/// Always false for a pipe: a record may be longer than the window, and if it turns out not to be
-/// plain, the window has to go back to where the record began.
+/// The window must be able to return to where it stands: in a pipe, it is marked there or before.
 [[nodiscard]] bool ReadPlainRecord(ReportWindow& window, File& file);

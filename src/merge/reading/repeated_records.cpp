@@ -23,22 +23,24 @@ void RepeatedRecords::Remember(std::string_view record) {
   if (path.empty()) {
     return;
   }
-  const auto [known, isNew] = m_records.try_emplace(std::string(path));
+  const auto [known, isNew] = m_places.try_emplace(std::string(path), m_texts.size());
   if (isNew) {
-    known->second.place = m_inOrder.size();
-    m_inOrder.push_back(&known->second);
+    m_texts.emplace_back();
   }
-  known->second.text = record;
-  m_expected = known->second.place + 1;
+  m_texts[known->second] = record;
+  m_expected = known->second + 1;
 }
 
 std::size_t RepeatedRecords::LengthAtFront(std::string_view text) {
-  if (m_expected >= m_inOrder.size() || !text.starts_with(m_inOrder[m_expected]->text)) {
-    const auto known = m_records.find(LeadingPath(text));
-    if (known == m_records.end() || !text.starts_with(known->second.text)) {
+  if (m_texts.empty()) {
+    return 0;
+  }
+  if (m_expected >= m_texts.size() || !text.starts_with(m_texts[m_expected])) {
+    const auto known = m_places.find(LeadingPath(text));
+    if (known == m_places.end() || !text.starts_with(m_texts[known->second])) {
       return 0;
     }
-    m_expected = known->second.place;
+    m_expected = known->second;
   }
-  return m_inOrder[m_expected++]->text.size();
+  return m_texts[m_expected++].size();
 }

@@ -22,17 +22,14 @@ class RepeatedRecords {
   [[nodiscard]] std::size_t LengthAtFront(std::string_view text);
 
  private:
-  struct Record {
-    std::size_t place = 0;  ///< In m_inOrder.
-    std::string text;
-  };
   struct Hash : std::hash<std::string_view> {
     using is_transparent = void;
   };
 
-  std::unordered_map<std::string, Record, Hash, std::equal_to<>> m_records;
+  /// By path, the place of its record in m_texts.
+  std::unordered_map<std::string, std::size_t, Hash, std::equal_to<>> m_places;
   /// In the order in which the paths were first remembered. Repeats mostly come in that order, too:
   /// the record behind the one last found is tried first, and mostly saves the search.
-  std::vector<Record const*> m_inOrder;
-  std::size_t m_expected = 0;  ///< The place in m_inOrder to try first.
+  std::vector<std::string> m_texts;
+  std::size_t m_expected = 0;  ///< The place to try first.
 };

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 ReportWindow::ReportWindow(std::filesystem::path const& path)
     : m_input(path), m_bytes(std::make_unique_for_overwrite<char[]>(Size + Padding)) {
@@ -12,12 +13,16 @@ bool ReportWindow::ReadMore() {
   if (m_isAtEnd) {
     return false;
   }
-  if (m_begin > 0) {
-    std::memmove(m_bytes.get(), m_bytes.get() + m_begin, m_end - m_begin);
-    m_end -= m_begin;
-    m_begin = 0;
+  if (const std::size_t dropped = std::min(m_begin, m_marked); dropped > 0) {
+    std::memmove(m_bytes.get(), m_bytes.get() + dropped, m_end - dropped);
+    m_end -= dropped;
+    m_begin -= dropped;
+    m_marked -= m_marked == NoMark ? 0 : dropped;
   }
-  const std::size_t room = Size - m_end;
+  if (m_begin + Size > m_size) {
+    Grow();
+  }
+  const std::size_t room = m_size - m_end;
   const std::size_t count = m_input.Read({m_bytes.get() + m_end, room});
   m_isAtEnd = count < room;
   m_position += count;
@@ -34,6 +39,14 @@ bool ReportWindow::SkipAny(std::string_view bytes) {
     }
   } while (ReadMore());
   return false;
+}
+
+/// Twice what is needed: a report of any length is then copied about once in all.
+void ReportWindow::Grow() {
+  m_size = 2 * (m_begin + Size);
+  auto bytes = std::make_unique_for_overwrite<char[]>(m_size + Padding);
+  std::memcpy(bytes.get(), m_bytes.get(), m_end);
+  m_bytes = std::move(bytes);
 }
 
 void ReportWindow::ReturnTo(std::uint64_t position) {

@@ -1,14 +1,13 @@
 #include "merge/reading/structured_report_reader.h"
 
-#include <algorithm>
 #include <fstream>
+#include <string_view>
 #include <utility>
 
 #include "merge/reading/file_from_json.h"
 #include "merge/reading/framed_record.h"
 #include "merge/reading/plain_record.h"
-#include "merge/reading/report_tree.h"
-#include "merge/reading/report_window.h"
+#include "merge/reading/report_json.h"
 
 namespace {
 
@@ -18,7 +17,7 @@ constexpr std::string_view Blanks = " \n\t\r";
 /// stand there.
 class PlainStructuredReader {
  public:
-  explicit PlainStructuredReader(std::filesystem::path const& path) : m_window(path) {}
+  explicit PlainStructuredReader(ReportWindow& window) : m_window(window) {}
 
   bool Read(FileSet& files) {
     bool hasFiles = false;
@@ -41,7 +40,7 @@ class PlainStructuredReader {
         return false;
       }
     } while (Token(','));
-    return hasFiles && hasVersion && Token('}') && !m_window.SkipAny(Blanks) && !m_window.Failed();
+    return hasFiles && hasVersion && Token('}') && !m_window.SkipAny(Blanks);
   }
 
  private:
@@ -74,7 +73,7 @@ class PlainStructuredReader {
     }
     FramedRecord framed(m_window);
     std::istream text(&framed);
-    record = ReadReportTree(text).get<File>();
+    record = ParseReportJson(text).get<File>();
     // If the library accepts all of the framed text, it would find the same object here when it
     // reads the whole report. But it takes a NUL for the end of the text: what stands between a NUL
     // and the closing brace it has not read, and in the whole report would have refused.
@@ -114,20 +113,17 @@ class PlainStructuredReader {
     return true;
   }
 
-  ReportWindow m_window;
+  ReportWindow& m_window;
 };
 
-}  // namespace
-
-std::optional<FileSet> ReadPlainStructuredReport(std::filesystem::path const& path) {
-  // A pipe can be read only once, and if this reader gave up half way, the library would find the
-  // rest alone. So all but ordinary files are left to the library from the start.
-  if (std::error_code ignored; !std::filesystem::is_regular_file(path, ignored)) {
-    return std::nullopt;
-  }
+/// The records of a report of the usual form, read one by one without a tree of the whole. Nothing
+/// when it has any other form, which does not mean that it is no structured report; only the JSON
+/// library can say that.
+std::optional<FileSet> ReadPlainly(ReportWindow& window) {
   FileSet files;
   try {
-    return PlainStructuredReader(path).Read(files) ? std::optional(std::move(files)) : std::nullopt;
+    return PlainStructuredReader(window).Read(files) ? std::optional(std::move(files))
+                                                     : std::nullopt;
   } catch (nlohmann::json::exception const&) {
     // No verdict on the report: a brace in a string may have made this reader end the record at the
     // wrong place.
@@ -135,17 +131,36 @@ std::optional<FileSet> ReadPlainStructuredReport(std::filesystem::path const& pa
   }
 }
 
-std::optional<FileSet> ReadStructuredReport(std::filesystem::path const& path) {
-  if (auto files = ReadPlainStructuredReport(path)) {
-    return files;
-  }
+std::optional<FileSet> ReadWithLibrary(std::istream& stream) {
   try {
-    std::ifstream stream(path);
-    return FilesFromJson(ReadReportTree(stream));
+    return FilesFromJson(ParseReportJson(stream));
   } catch (nlohmann::json::exception const&) {
     return std::nullopt;
   } catch (std::ios_base::failure const&) {
     // Some standard libraries throw when a report cannot be read, a directory for one.
     return std::nullopt;
   }
+}
+
+}  // namespace
+
+std::optional<FileSet> ReadStructuredReport(ReportWindow& window) {
+  const std::uint64_t front = window.Position();
+  auto files = ReadPlainly(window);
+  if (!files) {
+    window.ReturnTo(front);
+    ReportText text(window);
+    std::istream stream(&text);
+    files = ReadWithLibrary(stream);
+  }
+  if (!files || window.Failed()) {
+    window.ReturnTo(front);
+    return std::nullopt;
+  }
+  return files;
+}
+
+std::optional<FileSet> ReadStructuredStream(std::filesystem::path const& path) {
+  std::ifstream stream(path);
+  return ReadWithLibrary(stream);
 }

@@ -5,12 +5,12 @@
 #include <optional>
 
 #include "merge/file.h"
+#include "merge/reading/report_window.h"
 
-/// The records of a structured report; nothing when `path` holds anything else, or cannot be read.
-/// Throws nothing but std::bad_alloc.
-[[nodiscard]] std::optional<FileSet> ReadStructuredReport(std::filesystem::path const& path);
+/// The records of the structured report at the front of the window. Nothing when the report is no
+/// structured one, or cannot be read to its end; the window then stands where it stood, to which it
+/// must be able to return. Throws nothing but std::bad_alloc.
+[[nodiscard]] std::optional<FileSet> ReadStructuredReport(ReportWindow& window);
 
-/// The quick part of ReadStructuredReport: the records of a report of the usual form, read one by
-/// one without a tree of the whole. Nothing when the report has any other form, which does not mean
-/// that it is no structured report; only the JSON library can say that.
-[[nodiscard]] std::optional<FileSet> ReadPlainStructuredReport(std::filesystem::path const& path);
+/// The same for what can be read only once, a pipe, and without holding it: what was read is lost.
+[[nodiscard]] std::optional<FileSet> ReadStructuredStream(std::filesystem::path const& path);

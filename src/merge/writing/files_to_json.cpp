@@ -37,10 +37,10 @@ json FromFile(File const& file) {
 
 }  // namespace
 
-json FilesToJson(std::uint32_t version, FileSet const& files) {
+json FilesToJson(FileSet const& files) {
   json records = json::array();
   for (File const& file : files) {
     records.push_back(FromFile(file));
   }
-  return {{"version", version}, {"files", std::move(records)}};
+  return records;
 }

@@ -1,11 +1,10 @@
-// The JSON tree of the structured report.
+// The JSON tree of report records.
 #pragma once
 
-#include <cstdint>
 #include <nlohmann/json_fwd.hpp>
 
 #include "merge/file.h"
 
-/// The structured report of `files` as a tree; structured_report_writer writes the same text
-/// without one.
-[[nodiscard]] nlohmann::json FilesToJson(std::uint32_t version, FileSet const& files);
+/// The array of file records that a structured report of `files` holds; structured_report_writer
+/// writes the same text without a tree.
+[[nodiscard]] nlohmann::json FilesToJson(FileSet const& files);

@@ -4,22 +4,33 @@
 
 namespace {
 
-void WriteRange(PrettyJsonWriter& json, std::string_view key, Range const& range) {
-  json.Key(key);
-  json.BeginObject();
-  json.Number("begin", range.begin);
-  json.Number("end", range.end);
-  json.EndObject();
-}
+// A report is mostly markers, so these are not put together from their members.
 
 void WriteMarker(PrettyJsonWriter& json, Marker const& marker) {
-  json.BeginObject();
+  const auto write = [&json, &marker](auto const&... front) {
+    json.Element(front..., R"("columns": {
+                "begin": )",
+                 marker.columns.begin, R"(,
+                "end": )",
+                 marker.columns.end, R"(
+              },
+              "offsets": {
+                "begin": )",
+                 marker.offsets.begin, R"(,
+                "end": )",
+                 marker.offsets.end, R"(
+              }
+            })");
+  };
   if (marker.code != 0) {
-    json.Number("code", marker.code);
+    write(R"({
+              "code": )",
+          marker.code, R"(,
+              )");
+  } else {
+    write(R"({
+              )");
   }
-  WriteRange(json, "columns", marker.columns);
-  WriteRange(json, "offsets", marker.offsets);
-  json.EndObject();
 }
 
 void WriteLine(PrettyJsonWriter& json, Line const& line) {

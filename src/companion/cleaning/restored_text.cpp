@@ -1,0 +1,80 @@
+#include "companion/cleaning/restored_text.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <utility>
+
+#include "files/line_ends.h"
+#include "merge/marker_text.h"
+
+namespace companion {
+
+namespace {
+
+/// In front of a code; beyond that, what is longer than its code is no marker alone.
+constexpr std::uint64_t MostZeros = 20;
+
+class Restorer {
+ public:
+  explicit Restorer(std::string_view cleaned) : m_rest(cleaned) {}
+
+  /// Copies up to the beginning of a line; false when there is none.
+  bool PassTo(std::uint32_t line) {
+    while (m_number < line) {
+      const std::size_t end = m_rest.find_first_of(LineEndBytes);
+      if (end == std::string_view::npos) {
+        return false;
+      }
+      Copy(end + LineEndLength(m_rest.substr(end)));
+      ++m_number;
+    }
+    return m_number == line;
+  }
+
+  /// Puts the markers into the line that begins here.
+  bool Insert(std::vector<Marker> const& markers) {
+    std::uint64_t column = 0;
+    for (auto const& [code, columns, offsets] : markers) {
+      const std::string digits = code == 0 ? std::string() : std::to_string(code);
+      const std::size_t least = MarkerBegin.size() + digits.size();
+      const std::uint64_t length = offsets.end - offsets.begin;
+      if (offsets.begin < column || offsets.begin - column > m_rest.size() || length < least ||
+          length > least + MostZeros) {
+        return false;
+      }
+      Copy(static_cast<std::size_t>(offsets.begin - column));
+      m_text += MarkerBegin;
+      m_text.append(static_cast<std::size_t>(length) - least, '0').append(digits);
+      column = offsets.end;
+    }
+    return true;
+  }
+
+  [[nodiscard]] std::string Finish() {
+    Copy(m_rest.size());
+    return std::move(m_text);
+  }
+
+ private:
+  void Copy(std::size_t count) {
+    m_text += m_rest.substr(0, count);
+    m_rest.remove_prefix(count);
+  }
+
+  std::string_view m_rest;  ///< Of the cleaned text.
+  std::string m_text;
+  std::uint32_t m_number = 1;
+};
+
+}  // namespace
+
+std::optional<std::string> Restored(std::string_view cleaned, std::vector<Line> const& lines) {
+  Restorer restorer(cleaned);
+  const bool isDone = std::ranges::all_of(lines, [&restorer](Line const& line) {
+    return restorer.PassTo(line.line) && restorer.Insert(line.markers);
+  });
+  return isDone ? std::optional(restorer.Finish()) : std::nullopt;
+}
+
+}  // namespace companion

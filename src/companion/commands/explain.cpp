@@ -1,0 +1,169 @@
+#include <algorithm>
+#include <charconv>
+#include <cstdint>
+#include <format>
+#include <iterator>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "companion/commands/commands.h"
+#include "companion/output/printable.h"
+#include "companion/reports/read_reports.h"
+#include "companion/reports/vote_words.h"
+#include "companion/sources/excerpt_lines.h"
+#include "companion/sources/source_excerpt.h"
+#include "merge/paths/weakly_canonical.h"
+
+namespace companion {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+bool IsNamed(Reports const& reports, fs::path const& path) {
+  return std::ranges::any_of(reports.each, [&path](Report const& report) {
+    return FindFile(report.files, path) != nullptr;
+  });
+}
+
+/// The path that reports have for what was typed: relative to the root, or to the current folder.
+std::optional<fs::path> FindSource(Reports const& reports, fs::path const& typed,
+                                   fs::path const& root) {
+  const fs::path canonicalRoot = WeaklyCanonical(root);
+  for (fs::path const& path :
+       {typed, typed.lexically_normal(), WeaklyCanonical(typed).lexically_relative(canonicalRoot),
+        WeaklyCanonical(root / typed).lexically_relative(canonicalRoot)}) {
+    if (IsNamed(reports, path)) {
+      return path;
+    }
+  }
+  return std::nullopt;
+}
+
+/// What FILE or FILE:LINE stands for.
+struct Place {
+  fs::path path;
+  std::optional<std::uint32_t> line;
+};
+
+std::optional<Place> FindPlace(Reports const& reports, std::string_view typed,
+                               fs::path const& root) {
+  if (const auto path = FindSource(reports, typed, root)) {
+    return Place{*path, std::nullopt};
+  }
+  const std::size_t colon = typed.rfind(':');
+  if (colon == std::string_view::npos) {
+    return std::nullopt;
+  }
+  std::uint32_t line = 0;
+  const char* const end = typed.data() + typed.size();
+  const auto [rest, error] = std::from_chars(typed.data() + colon + 1, end, line);
+  const auto path = FindSource(reports, typed.substr(0, colon), root);
+  return error == std::errc() && rest == end && path ? std::optional(Place{*path, line})
+                                                     : std::nullopt;
+}
+
+/// Why a cleanup leaves the source although its line goes; empty when it does not.
+std::string_view ButOf(SourceCondition condition) {
+  switch (condition) {
+    case SourceCondition::Missing:
+      return "but there is no such source";
+    case SourceCondition::Changed:
+      return "but the source is not the one that was analyzed, and a cleanup leaves it";
+    case SourceCondition::Unreadable:
+      return "but the source cannot be read";
+    case SourceCondition::AsAnalyzed:
+      break;
+  }
+  return {};
+}
+
+class Explanation {
+ public:
+  Explanation(Reports const& reports, fs::path const& path, SourceExcerpt const& source,
+              Console& console)
+      : m_reports(reports),
+        m_name(Printable(path.native())),
+        m_source(source),
+        m_texts(source.hunks),
+        m_out(console.Out()) {}
+
+  void Print(LineVotes const& line) {
+    const std::string codes = CodesOf(line.markers);
+    m_out << std::format("{}:{}: {}{}\n", m_name, line.line, codes.empty() ? "" : codes + " ",
+                         line.goes ? "goes" : "stays");
+    for (std::size_t i = 0; i < line.votes.size(); ++i) {
+      Report const& report = m_reports.each[i];
+      m_out << std::format("    {}: {}\n", Printable(report.path.native()),
+                           Phrase(line.votes[i], report, line.markers));
+    }
+    PrintSource(line.line);
+    if (line.goes) {
+      PrintBut(line.line);
+    }
+  }
+
+  /// The line that was asked for, and that no report lists.
+  void PrintUnlisted(std::uint32_t number) {
+    m_out << std::format("{}:{}: listed by no report, and so left as it is\n", m_name, number);
+    PrintSource(number);
+  }
+
+ private:
+  void PrintSource(std::uint32_t number) {
+    std::string shown(m_texts.Of(number));
+    if (!shown.empty()) {
+      std::ranges::replace(shown, '\t', ' ');
+      m_out << "    | " << Printable(shown) << '\n';
+    }
+  }
+
+  /// Why a cleanup leaves the line although it goes.
+  void PrintBut(std::uint32_t number) {
+    const std::string_view but = ButOf(m_source.condition);
+    const CutDanger danger = DangerOf(m_source.unsafe, number);
+    if (!but.empty()) {
+      m_out << "    " << but << '\n';
+    } else if (danger != CutDanger::None) {
+      m_out << "    goes, but not safe to take out: " << Words(danger) << '\n';
+    }
+  }
+
+  Reports const& m_reports;
+  std::string m_name;
+  SourceExcerpt const& m_source;
+  ExcerptLines m_texts;
+  std::ostream& m_out;
+};
+
+}  // namespace
+
+void Explain(Options const& options, Console& console) {
+  const Reports reports = ReadReports(options.reports, options.root);
+  const auto place = FindPlace(reports, options.source, options.root);
+  if (!place) {
+    console.Complain("no report names " + options.source);
+    return;
+  }
+  std::vector<LineVotes> votes = VotesOn(reports, place->path);
+  if (place->line) {
+    std::erase_if(votes, [&](LineVotes const& line) { return line.line != *place->line; });
+  }
+  std::vector<std::uint32_t> numbers;
+  std::ranges::transform(votes, std::back_inserter(numbers), &LineVotes::line);
+  if (votes.empty() && place->line) {
+    numbers.push_back(*place->line);
+  }
+  const SourceExcerpt source = ReadExcerpt(reports, place->path, options.root, numbers, 0);
+  Explanation explanation(reports, options.root / place->path, source, console);
+  if (votes.empty() && place->line) {
+    explanation.PrintUnlisted(*place->line);
+  }
+  for (LineVotes const& line : votes) {
+    explanation.Print(line);
+  }
+}
+
+}  // namespace companion

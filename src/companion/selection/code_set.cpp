@@ -1,0 +1,52 @@
+#include "companion/selection/code_set.h"
+
+#include <algorithm>
+#include <charconv>
+#include <optional>
+#include <stdexcept>
+
+namespace companion {
+
+namespace {
+
+/// V and digits.
+std::optional<std::uint64_t> CodeOf(std::string_view text) {
+  if (!text.starts_with('V') && !text.starts_with('v')) {
+    return std::nullopt;
+  }
+  std::uint64_t code = 0;
+  const char* const end = text.data() + text.size();
+  const auto [rest, error] = std::from_chars(text.data() + 1, end, code);
+  return error == std::errc() && rest == end ? std::optional(code) : std::nullopt;
+}
+
+}  // namespace
+
+CodeSet::CodeSet(std::vector<std::string> const& lists) {
+  for (std::string_view rest : lists) {
+    for (std::size_t comma = 0; comma != std::string_view::npos;) {
+      comma = rest.find(',');
+      Add(rest.substr(0, comma));
+      rest.remove_prefix(
+          std::min(rest.size(), comma == std::string_view::npos ? comma : comma + 1));
+    }
+  }
+}
+
+bool CodeSet::Holds(std::uint64_t code) const {
+  return m_codes.empty() || std::ranges::any_of(m_codes, [code](Codes const& codes) {
+           return codes.first <= code && code <= codes.last;
+         });
+}
+
+void CodeSet::Add(std::string_view codes) {
+  const std::size_t dash = codes.find('-');
+  const auto first = CodeOf(codes.substr(0, dash));
+  const auto last = dash == std::string_view::npos ? first : CodeOf(codes.substr(dash + 1));
+  if (!first || !last || *first > *last) {
+    throw std::runtime_error("no code, and no range of codes: " + std::string(codes));
+  }
+  m_codes.push_back({*first, *last});
+}
+
+}  // namespace companion
