@@ -14,5 +14,5 @@ struct ByteRange {
 /// A source as it is, and what a cleanup would leave out of it.
 struct PlannedCut {
   std::string before;
-  std::vector<ByteRange> dropped;  ///< Ascending; not one beside another.
+  std::vector<ByteRange> dropped;  ///< Ascending; adjacent ones are joined.
 };

@@ -11,6 +11,7 @@ namespace companion {
 template <typename Value>
 class NumberedValues {
  public:
+  /// The number of the value; the next free one, from 0 on, when it is new.
   std::uint32_t NumberOf(Value const& value) {
     const auto next = static_cast<std::uint32_t>(m_inOrder.size());
     const auto [place, isNew] = m_numbers.try_emplace(value, next);

@@ -134,31 +134,48 @@ void CppLexer::PassLineOfBlockComment() {
   }
 }
 
+bool CppLexer::PassLineEnd() {
+  if (!IsLineEnd(ByteAt(m_place))) {
+    return false;
+  }
+  m_place.position += LineEndLength(m_source.substr(m_place.position));
+  m_state = State{};
+  return true;
+}
+
+/// `first` is consumed already, here and in what is below.
+bool CppLexer::PassBlanks(char first) {
+  if (!IsBlank(first) && first != '\0') {
+    return false;
+  }
+  while (IsBlank(Peek())) {
+    Consume();
+  }
+  m_state.hasSpace = true;
+  return true;
+}
+
+bool CppLexer::EnterComment(char first) {
+  const char second = first == '/' ? Peek() : '\0';
+  if (second != '/' && second != '*') {
+    return false;
+  }
+  Consume();
+  m_state.hasSpace = true;
+  m_state.isAfterStar = false;
+  m_state.mode = second == '/' ? Mode::LineComment : Mode::BlockComment;
+  return true;
+}
+
 CppToken const* CppLexer::PassCode() {
   m_place = Next();
-  if (IsAtEnd()) {
+  if (IsAtEnd() || PassLineEnd()) {
     return nullptr;
   }
   const std::size_t begin = m_place.position;
   const char first = ByteAt(m_place);
-  if (IsLineEnd(first)) {
-    m_place.position += LineEndLength(m_source.substr(begin));
-    m_state = State{};
-    return nullptr;
-  }
   Consume();
-  if (IsBlank(first) || first == '\0') {
-    while (IsBlank(Peek())) {
-      Consume();
-    }
-    m_state.hasSpace = true;
-    return nullptr;
-  }
-  if (const char second = first == '/' ? Peek() : '\0'; second == '/' || second == '*') {
-    Consume();
-    m_state.hasSpace = true;
-    m_state.isAfterStar = false;
-    m_state.mode = second == '/' ? Mode::LineComment : Mode::BlockComment;
+  if (PassBlanks(first) || EnterComment(first)) {
     return nullptr;
   }
   m_token.begin = begin;
@@ -171,7 +188,6 @@ CppToken const* CppLexer::PassCode() {
   return &m_token;
 }
 
-/// `first`, which begins it, is consumed already.
 void CppLexer::PassToken(char first) {
   const Awaits awaited = m_state.awaits;
   m_state.awaits = awaited == Awaits::Code ? Awaits::Code : Awaits::Other;

@@ -78,6 +78,9 @@ class CppLexer {
   void PassLineOfLineComment();
   void PassLineOfBlockComment();
   CppToken const* PassCode();
+  bool PassLineEnd();
+  bool PassBlanks(char first);
+  bool EnterComment(char first);
   void PassToken(char first);
   void PassHeaderName();
   void PassLiteral(char close);
