@@ -74,15 +74,20 @@ inline constexpr CommandEntry CommandTable[] = {
 inline constexpr std::initializer_list<Command*> BelowRoot = {Check, Explain, Preview, Clean,
                                                               Undo,  Keep,    Select,  Page};
 
+/// Those of them that read reports.
+inline constexpr std::initializer_list<Command*> OfReports = {Check, Explain, Preview,
+                                                              Clean, Select,  Page};
+
 inline constexpr OptionEntry OptionTable[] = {
     {"r", "sourcetree-root", "ROOT", "The project's root.", &Options::root, BelowRoot, true, true},
     {"o", "output-file", "FILE", "The file to write.", &Options::output, {Select, Page}, true},
     {"", "list", "", "Name the sources that some report does not name.", &Options::list, {Check}},
     {"", "stat", "", "Print only how much.", &Options::stat, {Preview}},
     {"", "keep", "", "Then delete the backups.", &Options::keep, {Clean}},
-    {"", "code", "CODE,...", "Only codes such as V501,V600-V699.", &Options::codes, {Select}},
-    {"", "path", "GLOB", "Only paths that match.", &Options::paths, {Select}},
-    {"", "without", "GLOB", "No paths that match.", &Options::without, {Select}},
+    {"", "code", "CODE,...", "Only codes such as V501,V600-V699.", &Options::codes, OfReports},
+    {"", "without-code", "CODE,...", "No such codes.", &Options::withoutCodes, OfReports},
+    {"", "path", "GLOB", "Only paths that match.", &Options::paths, BelowRoot},
+    {"", "without", "GLOB", "No paths that match.", &Options::without, BelowRoot},
     {"h", "help", "", "Display this help.", &Options::help},
     {"v", "version", "", "Show the version, which is qln-fp-cleaner's.", &Options::version},
     {"", "completions", "", "", &Options::completions},

@@ -410,11 +410,17 @@ root/last:2: V005 goes
                 ("--code V6 --code V502", "a/b.h a/c/b.cpp b.h", {1: [502], 2: [6]}),
                 ("--path *.h", "a/b.h b.h", everything), ("--path a", "a/b.h a/c/b.cpp", everything),
                 ("--path **/b.h --without a/", "b.h", everything),
-                ("--path a/**/b.*", "a/b.h a/c/b.cpp", everything), ("--path ./", "a/b.h a/c/b.cpp b.h", everything), ("--code V1", "", {})):
+                ("--path a/**/b.*", "a/b.h a/c/b.cpp", everything), ("--path ./", "a/b.h a/c/b.cpp b.h", everything),
+                ("--code 501,V600-699 --path |?|/a/b.h", "a/b.h", {1: [501], 3: [600], 4: [699]}),
+                (f"--without-code V6,502-1000 --path {self.root}/a", "a/b.h a/c/b.cpp", {
+                    1: [501], 3: [None]})):
             self.expect_tool(["select", "-r", "root", "-o", "out", *arguments.split(), "all"])
             self.assertEqual(self.merged("out"), {"|?|/" + name: lines for name in names.split()})
         self.expect_tool(["select", "-r", "root", "-o", "x", "--code", "V5,x", "all"], 1, "", [
             "no code, and no range of codes: x"])
+        for one in "--code V1,7-9", "--without-code 7", "--path A", "--without /a/x":
+            self.expect_tool(["select", "-r", "root", "-o", "x", "--path", "a", *one.split(), "all"], 1,
+                             "", ["matches nothing: " + one])
         # As a merge writes it, also with a line that lists nothing; and for nobody else to read.
         self.raw_report("empty", record("root/x", b"", {1: [], 2: [(5, 0, 5)]}))
         self.merged("empty")
@@ -425,6 +431,43 @@ root/last:2: V005 goes
             self.scratch / "merged.json").read_bytes())
         self.assertEqual((oct((self.scratch / "out").stat().st_mode), (
             self.scratch / "out.part").read_bytes()), ("0o100600", b"mine"))
+
+    def test_filters(self):
+        odd = "d e/q'\"$(f)\\n*.cpp"
+        fewer = {odd: b"//-V501 \r\n\0z //-V6", "last": CLEANED["last"]}  # Without V6.
+        self.raw_report("one", record("root/last", BEFORE["last"], {2: [(5, 0, 5)]}),
+                        record("root/gone", b"", {1: [(5, 0, 5)]}))
+        for filters, cleaned in (
+                ("--code 5 --without gone", fewer), ("--path d* --path last --without-code V6", fewer),
+                ("--path last --path only --without |?|/only --without-code V6", {"last": CLEANED["last"]})):
+            arguments = ["-r", "root", *filters.split(), "merged", "one"]
+            self.assertEqual(self.run_tool("check", *arguments)[::2], (0, b""))
+            stat = self.run_tool("preview", "--stat", *arguments)[1].decode().splitlines()
+            self.assertEqual([line.split(":")[0] for line in stat[:-1]], list(cleaned))
+            status, out, errors = self.run_tool("clean", *arguments)
+            self.assertEqual((status, out.split()[0], errors), (0, b"%d" % len(cleaned), b""))
+            self.assertEqual(self.tree(), {**BEFORE, **cleaned, **{
+                name + BACKUP: BEFORE[name] for name in cleaned}})
+            for paths in ["--path", "only"], ["--without", "last", "--path", "d e"], ["--path", "last"]:
+                self.assertEqual(self.run_tool("undo", "-r", "root", *paths)[::2], (0, b""))
+            self.assertEqual(self.tree(), BEFORE)
+        self.assertEqual(self.run_tool("clean", "--keep", "-r", "root", "--path", "only", "merged"), (
+            0, b"1 file cleaned, 1 marker removed, 0 files refused\nkept: root/only\n1 file kept\n", b""))
+        for command in "check one", "explain last one", "page -o out one", "clean one", "keep":
+            self.expect_tool([*command.split(), "-r", "root", "--path", "lst"], 1, "", [
+                "matches nothing: --path lst"])
+        self.raw_report("more", record("root/last", BEFORE["last"], {2: [(5, 0, 5), (6, 5, 10)]}))
+        self.expect_tool(["explain", "-r", "root", "--code", "5", "last", "more", "one"], out="""\
+root/last:2: V005 stays
+    more: lists it
+    one: lists other markers there: V005
+    | //-V5
+""")
+        self.expect_tool(["explain", "-r", "root", "--without-code", "6", "last", "more"], out="""\
+root/last:2: V005 goes
+    more: lists it
+    | //-V5
+""")
 
     def test_reports_and_sources_that_are_given_twice(self):
         (self.scratch / "link").symlink_to("merged")

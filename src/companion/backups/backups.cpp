@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string>
 #include <system_error>
+#include <utility>
 
 #include "cleaner/backup_name.h"
 
@@ -14,7 +15,8 @@ namespace fs = std::filesystem;
 
 class Walk {
  public:
-  Walk(fs::path const& root, Console& console) : m_root(root), m_console(console) {}
+  Walk(fs::path const& root, PathFilter& paths, Console& console)
+      : m_root(root), m_paths(paths), m_console(console) {}
 
   [[nodiscard]] std::vector<fs::path> const& Found() const { return m_found; }
 
@@ -22,7 +24,9 @@ class Walk {
   void Folder(fs::path const& relative) {
     for (auto const& [name, isFolder] : EntriesOf(relative)) {
       if (const auto source = SourceOf(name)) {
-        m_found.push_back(relative / *source);
+        if (fs::path path = relative / *source; m_paths.Takes(path)) {
+          m_found.push_back(std::move(path));
+        }
       } else if (isFolder) {
         Folder(relative / name);
       }
@@ -49,6 +53,9 @@ class Walk {
         m_console.Complain("cannot read " + at->path().string() + ": " + unknown.message());
       }
       std::string name = at->path().filename().string();
+      if (!m_paths.TakesAll()) {
+        static_cast<void>(m_paths.Takes(relative / name));  // Which remembers the globs.
+      }
       if (isFolder || SourceOf(name)) {
         entries.push_back({std::move(name), isFolder});
       }
@@ -61,15 +68,17 @@ class Walk {
   }
 
   fs::path const& m_root;
+  PathFilter& m_paths;
   Console& m_console;
   std::vector<fs::path> m_found;
 };
 
 }  // namespace
 
-std::vector<fs::path> FindBackups(fs::path const& root, Console& console) {
-  Walk walk(root, console);
+std::vector<fs::path> FindBackups(fs::path const& root, PathFilter paths, Console& console) {
+  Walk walk(root, paths, console);
   walk.Folder({});
+  paths.RefuseUnmatched();
   return walk.Found();
 }
 

@@ -13,6 +13,7 @@
 #include "companion/output/counted.h"
 #include "companion/output/parallel_in_order.h"
 #include "companion/output/printable.h"
+#include "companion/reports/narrow.h"
 #include "companion/reports/read_reports.h"
 #include "companion/sources/obstacles.h"
 #include "companion/sources/source_check.h"
@@ -156,10 +157,22 @@ void CheckSources(Findings& findings, Reports const& reports, Options const& opt
   findings.Finish();
 }
 
+struct NarrowedReports {
+  Reports reports;
+  bool areWhole;
+};
+
+NarrowedReports ReadNarrowed(Options const& options, Console& console) {
+  const Filters filters = FiltersOf(options);
+  auto [reports, areWhole, wrong] = CheckReports(options.reports, options.root, console);
+  Narrow(reports, filters, areWhole);
+  return {std::move(reports), areWhole};
+}
+
 }  // namespace
 
 void Check(Options const& options, Console& console) {
-  const auto [reports, areWhole, wrong] = CheckReports(options.reports, options.root, console);
+  const auto [reports, areWhole] = ReadNarrowed(options, console);
   const IsExcused never = [](File const& /*file*/) { return false; };
   Findings findings(options, reports, never, console);
   CheckSources(findings, reports, options, console);
@@ -171,7 +184,7 @@ void Check(Options const& options, Console& console) {
 
 std::optional<Reports> CheckBefore(Options const& options, Console& console,
                                    IsExcused const& isExcused) {
-  auto [reports, areWhole, wrong] = CheckReports(options.reports, options.root, console);
+  auto [reports, areWhole] = ReadNarrowed(options, console);
   Findings findings(options, reports, isExcused, console);
   CheckSources(findings, reports, options, console);
   return areWhole && findings.IsGood() ? std::optional(std::move(reports)) : std::nullopt;

@@ -102,7 +102,7 @@ void Clean(Options const& options, Console& console) {
   if (options.keep && cleaned.refused > 0) {
     console.Complain("backups stay, because files were refused");
   } else if (options.keep) {
-    KeepCleaned(options.root, cleaned.compared, console);
+    KeepCleaned(options, cleaned.compared, console);
   }
 }
 

@@ -10,6 +10,7 @@
 
 #include "companion/commands/commands.h"
 #include "companion/output/printable.h"
+#include "companion/reports/narrow.h"
 #include "companion/reports/read_reports.h"
 #include "companion/reports/vote_words.h"
 #include "companion/sources/excerpt_lines.h"
@@ -97,7 +98,7 @@ class Explanation {
     for (std::size_t i = 0; i < line.votes.size(); ++i) {
       Report const& report = m_reports.each[i];
       m_out << std::format("    {}: {}\n", Printable(report.path.native()),
-                           Phrase(line.votes[i], report, line.markers));
+                           Phrase(line.votes[i], report, line.VotedOn()));
     }
     PrintSource(line.line);
     if (line.goes) {
@@ -107,7 +108,8 @@ class Explanation {
 
   /// The line that was asked for, and that no report lists.
   void PrintUnlisted(std::uint32_t number) {
-    m_out << std::format("{}:{}: listed by no report, and so left as it is\n", m_name, number);
+    m_out << std::format("{}:{}: listed by no report{}, and so left as it is\n", m_name, number,
+                         m_reports.codes.TakesAll() ? "" : " with such a code");
     PrintSource(number);
   }
 
@@ -141,7 +143,9 @@ class Explanation {
 }  // namespace
 
 void Explain(Options const& options, Console& console) {
-  const Reports reports = ReadReports(options.reports, options.root);
+  const Filters filters = FiltersOf(options);
+  Reports reports = ReadReports(options.reports, options.root);
+  Narrow(reports, filters);
   const auto place = FindPlace(reports, options.source, options.root);
   if (!place) {
     console.Complain("no report names " + options.source);

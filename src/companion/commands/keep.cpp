@@ -136,9 +136,10 @@ std::size_t DeleteAll(SourceTree const& tree, Doomed const& doomed, Console& con
 
 }  // namespace
 
-void KeepCleaned(fs::path const& root, ComparedPairs const& compared, Console& console) {
-  const SourceTree tree(root);
-  const std::vector<fs::path> sources = FindBackups(root, console);
+void KeepCleaned(Options const& options, ComparedPairs const& compared, Console& console) {
+  const SourceTree tree(options.root);
+  const std::vector<fs::path> sources =
+      FindBackups(options.root, FiltersOf(options).paths, console);
   const Doomed doomed = PrepareAll(tree, sources, compared, console);
   FileSystems fileSystems(tree);
   for (auto const& [source, seen] : doomed) {
@@ -156,7 +157,7 @@ void KeepCleaned(fs::path const& root, ComparedPairs const& compared, Console& c
 }
 
 void Keep(Options const& options, Console& console) {
-  KeepCleaned(options.root, {}, console);
+  KeepCleaned(options, {}, console);
 }
 
 }  // namespace companion

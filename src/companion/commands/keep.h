@@ -5,6 +5,7 @@
 #include <map>
 
 #include "companion/backups/backup_pair.h"
+#include "companion/commands/options.h"
 #include "companion/output/console.h"
 
 namespace companion {
@@ -13,8 +14,8 @@ namespace companion {
 /// to the root.
 using ComparedPairs = std::map<std::filesystem::path, PairVersions>;
 
-/// Does what Keep does below `root`; pairs of `compared` are read again only if they have changed.
-void KeepCleaned(std::filesystem::path const& root, ComparedPairs const& compared,
-                 Console& console);
+/// Does what Keep does with the options; pairs of `compared` are read again only if they have
+/// changed.
+void KeepCleaned(Options const& options, ComparedPairs const& compared, Console& console);
 
 }  // namespace companion

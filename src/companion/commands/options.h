@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "companion/selection/filters.h"
+
 namespace companion {
 
 /// The arguments of all commands; each fills those that it has. Paths are as typed.
@@ -13,7 +15,8 @@ struct Options {
   std::vector<std::filesystem::path> reports;  ///< For sarif the warnings report.
   std::filesystem::path output;                ///< Of select and page.
   std::string source;                          ///< Of explain: FILE or FILE:LINE.
-  std::vector<std::string> codes;              ///< Of select, and so the next two.
+  std::vector<std::string> codes;              ///< The filters, and so the next three.
+  std::vector<std::string> withoutCodes;
   std::vector<std::string> paths;
   std::vector<std::string> without;
   bool list = false;  ///< Of check.
@@ -23,5 +26,11 @@ struct Options {
   bool version = false;
   bool completions = false;
 };
+
+/// Throws std::runtime_error for a code that is none.
+[[nodiscard]] inline Filters FiltersOf(Options const& options) {
+  return {{Globs(options.paths, options.root), Globs(options.without, options.root)},
+          {CodeSet(options.codes), CodeSet(options.withoutCodes)}};
+}
 
 }  // namespace companion

@@ -11,6 +11,7 @@
 #include "companion/output/result_file.h"
 #include "companion/page/page_data.h"
 #include "companion/page/page_frame.h"
+#include "companion/reports/narrow.h"
 #include "companion/reports/read_reports.h"
 
 namespace companion {
@@ -54,6 +55,7 @@ std::vector<fs::path> Readable(std::vector<fs::path> const& reports, CheckedRepo
 }  // namespace
 
 void Page(Options const& options, Console& console) {
+  const Filters filters = FiltersOf(options);
   PageOrigin origin{options.root, {}, options.codes, options.paths, options.without};
   const std::vector<fs::path> paths = GivenOnce(options.reports, origin.warnings);
   std::ranges::for_each(origin.warnings, [&](std::string const& text) { console.Complain(text); });
@@ -75,6 +77,7 @@ void Page(Options const& options, Console& console) {
       return FindFile(report.files, path) != nullptr;
     });
   });
+  Narrow(checked.reports, filters, checked.areWhole);
   ResultFile file(options.output);
   file.Write(PageFrame::Head());
   WritePageData(file, checked.reports, origin, console);

@@ -12,6 +12,7 @@
 #include "companion/output/counted.h"
 #include "companion/output/parallel_in_order.h"
 #include "companion/output/printable.h"
+#include "companion/reports/narrow.h"
 #include "companion/reports/read_reports.h"
 #include "companion/safety/cut_safety.h"
 
@@ -113,7 +114,9 @@ class Printer {
 }  // namespace
 
 void Preview(Options const& options, Console& console) {
-  const Files agreed = ReadAgreed(options.reports, options.root);
+  const Filters filters = FiltersOf(options);
+  Files agreed = ReadAgreed(options.reports, options.root);
+  Narrow(agreed, filters);
   std::vector<File const*> files;
   for (File const& file : agreed.files) {
     files.push_back(&file);

@@ -25,7 +25,8 @@ Complaint UndoOne(SourceTree const& tree, std::filesystem::path const& source) {
 
 void Undo(Options const& options, Console& console) {
   const SourceTree tree(options.root);
-  const std::vector<std::filesystem::path> sources = FindBackups(options.root, console);
+  const std::vector<std::filesystem::path> sources =
+      FindBackups(options.root, FiltersOf(options).paths, console);
   std::size_t done = 0;
   ParallelInOrder<Complaint>(
       sources.size(), [&](std::size_t index) { return UndoOne(tree, sources[index]); },

@@ -34,7 +34,7 @@ char LetterOf(Vote const& vote, Report const& report, LineVotes const& line) {
     case Vote::Kind::ListsThem:
       return 'l';
     case Vote::Kind::ListsOthers:
-      return DifferentCodes(vote.line->markers) == DifferentCodes(line.markers) ? 'p' : 'o';
+      return DifferentCodes(vote.line->markers) == DifferentCodes(line.VotedOn()) ? 'p' : 'o';
     case Vote::Kind::DoesNotListTheLine:
       return 'n';
     case Vote::Kind::DoesNotNameTheFile:

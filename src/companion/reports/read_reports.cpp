@@ -155,7 +155,6 @@ Files ReadAgreed(std::vector<fs::path> const& paths, fs::path const& root) {
     agreed.Extract(report, std::exchange(isFirst, false), root);
     ThrowIf(WhyNotRead(report));
   }
-  agreed.DeleteEmpty();
   return agreed;
 }
 

@@ -24,7 +24,8 @@ namespace companion {
 [[nodiscard]] Reports ReadReports(std::vector<std::filesystem::path> const& paths,
                                   std::filesystem::path const& root);
 
-/// Reads only what is agreed, in the memory that this takes. Throws as ReadReports does.
+/// Reads only what is agreed, in the memory that this takes; Narrow then deletes the files that are
+/// left with no lines. Throws as ReadReports does.
 [[nodiscard]] Files ReadAgreed(std::vector<std::filesystem::path> const& paths,
                                std::filesystem::path const& root);
 

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <vector>
 
+#include "companion/selection/filters.h"
 #include "merge/files.h"
 
 namespace companion {
@@ -24,6 +25,13 @@ struct Reports {
   /// What a cleanup removes that is given the same reports: merged by the same functions, in the
   /// same order, without the files that are left with no lines.
   Files agreed;
+  /// The codes that were asked for; of others nothing is told.
+  CodeFilter codes{};
+  /// What is agreed of all codes, if some were asked for.
+  Files uncut{};
+
+  /// What all reports agree on, whatever was asked for.
+  [[nodiscard]] Files const& AllAgreed() const { return codes.TakesAll() ? agreed : uncut; }
 };
 
 /// Every path that some report names, once, in the order of files; relative to the root.

@@ -13,7 +13,7 @@ namespace companion {
 [[nodiscard]] std::string CodesOf(std::vector<Marker> const& markers);
 
 /// A report's vote as a phrase behind the report's name: "lists other markers there: V502".
-/// `markers` are the LineVotes' own.
+/// `markers` are those that the LineVotes are on.
 [[nodiscard]] std::string Phrase(Vote const& vote, Report const& report,
                                  std::vector<Marker> const& markers);
 

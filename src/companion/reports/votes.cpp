@@ -124,6 +124,15 @@ void TakeOut(std::vector<Marker>& staying, std::vector<Marker> going) {
   });
 }
 
+/// The votes stay, which are on whole lines.
+void TakeOutOtherCodes(std::vector<LineVotes>& all, CodeFilter const& codes) {
+  std::erase_if(all, [&codes](LineVotes& line) {
+    line.uncut = line.markers;
+    std::erase_if(line.markers, [&codes](Marker const& one) { return !codes.Takes(one.code); });
+    return line.markers.empty();
+  });
+}
+
 }  // namespace
 
 std::vector<LineVotes> VotesOn(Reports const& reports, std::filesystem::path const& path) {
@@ -133,7 +142,7 @@ std::vector<LineVotes> VotesOn(Reports const& reports, std::filesystem::path con
     files.push_back(FindFile(report.files, path));
   }
   const std::vector<ListedLine> listed = ListedLines(files);
-  const std::vector<Line> goes = GoingLines(FindFile(reports.agreed, path));
+  const std::vector<Line> goes = GoingLines(FindFile(reports.AllAgreed(), path));
   std::vector<LineVotes> all;
   auto going = goes.begin();
   for (auto begin = listed.begin(); begin != listed.end();) {
@@ -149,6 +158,9 @@ std::vector<LineVotes> VotesOn(Reports const& reports, std::filesystem::path con
       all.push_back(Collect(false, std::move(staying), onLine, files));
     }
     begin = end;
+  }
+  if (!reports.codes.TakesAll()) {
+    TakeOutOtherCodes(all, reports.codes);
   }
   return all;
 }

@@ -33,6 +33,13 @@ struct LineVotes {
   /// marker once and in the order of the line.
   std::vector<Marker> markers;
   std::vector<Vote> votes;  ///< One for each report, in their order.
+  /// The markers before those of other codes were left out; empty when none were.
+  std::vector<Marker> uncut{};
+
+  /// The markers that the votes are on.
+  [[nodiscard]] std::vector<Marker> const& VotedOn() const {
+    return uncut.empty() ? markers : uncut;
+  }
 };
 
 /// What markers are sorted by to come as they stand on their line.
@@ -45,8 +52,9 @@ struct LineVotes {
 /// relative to the root; `reports` must outlive the result.
 ///
 /// What goes in all this is exactly what reports.agreed lists of the source, and what else some
-/// report lists stays. Of most lines that is one LineVotes; there are several where a structured
-/// report took the file out and a raw report behind it lists the line anew, with other markers.
+/// report lists stays; markers of codes that were not asked for are left out. Of most lines that is
+/// one LineVotes; there are several where a structured report took the file out and a raw report
+/// behind it lists the line anew, with other markers.
 [[nodiscard]] std::vector<LineVotes> VotesOn(Reports const& reports,
                                              std::filesystem::path const& path);
 

@@ -9,14 +9,12 @@ namespace companion {
 
 namespace {
 
-/// V and digits.
+/// Digits, mostly behind a V.
 std::optional<std::uint64_t> CodeOf(std::string_view text) {
-  if (!text.starts_with('V') && !text.starts_with('v')) {
-    return std::nullopt;
-  }
+  const std::size_t digits = text.starts_with('V') || text.starts_with('v') ? 1 : 0;
   std::uint64_t code = 0;
   const char* const end = text.data() + text.size();
-  const auto [rest, error] = std::from_chars(text.data() + 1, end, code);
+  const auto [rest, error] = std::from_chars(text.data() + digits, end, code);
   return error == std::errc() && rest == end ? std::optional(code) : std::nullopt;
 }
 
@@ -24,6 +22,7 @@ std::optional<std::uint64_t> CodeOf(std::string_view text) {
 
 CodeSet::CodeSet(std::vector<std::string> const& lists) {
   for (std::string_view rest : lists) {
+    m_typed.append(m_typed.empty() ? "" : ",").append(rest);
     for (std::size_t comma = 0; comma != std::string_view::npos;) {
       comma = rest.find(',');
       Add(rest.substr(0, comma));
@@ -34,9 +33,8 @@ CodeSet::CodeSet(std::vector<std::string> const& lists) {
 }
 
 bool CodeSet::Holds(std::uint64_t code) const {
-  return m_codes.empty() || std::ranges::any_of(m_codes, [code](Codes const& codes) {
-           return codes.first <= code && code <= codes.last;
-         });
+  return std::ranges::any_of(
+      m_codes, [code](Codes const& codes) { return codes.first <= code && code <= codes.last; });
 }
 
 void CodeSet::Add(std::string_view codes) {

@@ -8,13 +8,19 @@
 
 namespace companion {
 
-/// Holds what a list like V501,V600-V699 names; all diagnostics when no list was given.
+/// Holds what lists like V501,V600-V699 name; the V may be left out.
 class CodeSet {
  public:
+  CodeSet() = default;
   /// Throws std::runtime_error for a list that cannot be read.
   explicit CodeSet(std::vector<std::string> const& lists);
 
+  [[nodiscard]] bool IsEmpty() const { return m_codes.empty(); }
+
   [[nodiscard]] bool Holds(std::uint64_t code) const;
+
+  /// As they were typed.
+  [[nodiscard]] std::string const& Typed() const { return m_typed; }
 
  private:
   struct Codes {
@@ -24,6 +30,7 @@ class CodeSet {
 
   void Add(std::string_view codes);
 
+  std::string m_typed;
   std::vector<Codes> m_codes;
 };
 

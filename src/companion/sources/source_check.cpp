@@ -19,13 +19,15 @@ namespace fs = std::filesystem;
 using Records = std::vector<File const*>;
 
 /// As a person would count: a marker that two reports list is one.
-std::size_t CountDifferentMarkers(Records const& records) {
+std::size_t CountDifferentMarkers(Records const& records, CodeFilter const& codes) {
   using OneMarker = std::tuple<std::uint32_t, std::uint64_t, std::uint64_t, std::uint64_t>;
   std::vector<OneMarker> markers;
   for (File const* record : records) {
     for (Line const& line : record->lines) {
       for (auto const& [code, columns, offsets] : line.markers) {
-        markers.emplace_back(line.line, offsets.begin, offsets.end, code);
+        if (codes.Takes(code)) {
+          markers.emplace_back(line.line, offsets.begin, offsets.end, code);
+        }
       }
     }
   }
@@ -76,7 +78,7 @@ CheckedSource CheckSource(Reports const& reports, fs::path const& path, fs::path
       records.push_back(record);
     }
   }
-  checked.markers = CountDifferentMarkers(records);
+  checked.markers = CountDifferentMarkers(records, reports.codes);
   LookAt(root / path, records, FindFile(reports.agreed, path), checked);
   return checked;
 }
