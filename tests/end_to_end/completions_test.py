@@ -1,4 +1,4 @@
-"""The completions in the real shells; they and the documents against the programs' own help."""
+"""The completions in the real shells; they and the manual pages against the programs' own help."""
 
 import os
 import pathlib
@@ -10,8 +10,6 @@ from harness import PROGRAM, EndToEnd
 
 PROJECT = pathlib.Path(__file__).parents[2]
 TREE = pathlib.Path(PROGRAM).with_name("qln-fp-tree")
-DOCUMENTS = {"qln-fp-cleaner": ["man/qln-fp-cleaner.1", "README.md"],
-             "qln-fp-tree": ["man/qln-fp-tree.1", "README.md"]}
 
 # Each shell writes every line of $TO_TRY behind "> ", and below it what it offers at its end.
 BASH = r"""
@@ -133,16 +131,14 @@ class Completions(EndToEnd):
                             for program, table in (("cleaner", wanted), ("tree", of_tree))
                             for lines, found in table.items() for line in lines})
 
-    def test_documents_name_every_command_and_option(self):
-        for program, names in DOCUMENTS.items():
+    def test_manual_pages_name_every_command_and_option(self):
+        for program in "qln-fp-cleaner", "qln-fp-tree":
             words = {line + word if line.endswith(" ") else word
                      for line, found in words_of_help().items() if line.startswith(program)
                      for word in found}
-            for name in names:
-                text = (PROJECT / name).read_text().replace("\\-", "-")
-                missing = {word for word in words
-                           if not re.search(rf"(?<![\w-]){word}(?![\w-])", text)}
-                self.assertEqual(missing, set(), name)
+            text = (PROJECT / f"man/{program}.1").read_text().replace("\\-", "-")
+            missing = {word for word in words if not re.search(rf"(?<![\w-]){word}(?![\w-])", text)}
+            self.assertEqual(missing, set(), program)
 
     def test_manual_page_has_the_synopses_of_the_help(self):
         page = (PROJECT / "man/qln-fp-tree.1").read_text()

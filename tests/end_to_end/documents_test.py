@@ -2,8 +2,9 @@
 
 A fenced block with a file's name behind its language is that file. In a console block, what stands
 behind "$ " is run, and all that it prints must be the lines below it. The sh blocks of README and the
-recipes are made to be copied: they are run in one shell, from the top down, and what one prints must
-be the text block behind it. Of the steps for hosted services, the shell lines are run.
+others are made to be copied: they are run in one shell, from the top down, and what one prints must
+be the text block behind it. What README installs is an archive like that of a release, of the build
+that is tested. Of the steps for hosted services, the shell lines are run.
 """
 
 import os
@@ -39,15 +40,19 @@ def fenced(language):
 class Documents(EndToEnd):
     def setUp(self):
         super().setUp()
-        # The build that is tested, in place of the release.
+        programs = self.scratch / "archive/bin"
+        shutil.copytree(PROJECT / "examples", self.scratch / "archive/share/doc/qln-fp-cleaner/examples")
+        programs.mkdir()
         for name in "qln-fp-cleaner", "qln-fp-tree":
-            (self.scratch / name).symlink_to(pathlib.Path(PROGRAM).with_name(name))
+            (programs / name).symlink_to(pathlib.Path(PROGRAM).with_name(name))
+        (self.scratch / "home").mkdir()
+        self.environment = {**os.environ, **NO_TIDYING, "TMPDIR": str(self.temp),
+                            "HOME": str(self.scratch / "home"),
+                            "PATH": f"{programs}:{os.environ['PATH']}"}
 
     def shell(self, command):
         return subprocess.run(["bash", "-c", command], cwd=self.root, stdout=subprocess.PIPE,
-                              stderr=subprocess.STDOUT, text=True, timeout=300,
-                              env={**os.environ, **NO_TIDYING, "TMPDIR": str(self.temp),
-                                   "PATH": f"{self.scratch}:{os.environ['PATH']}"})
+                              stderr=subprocess.STDOUT, text=True, timeout=300, env=self.environment)
 
     def test_examples(self):
         text = (PROJECT / "docs/formats.md").read_text()
@@ -62,12 +67,14 @@ class Documents(EndToEnd):
                 self.assertEqual(printed, shown or [""], command)
 
     def test_copied(self):
-        for document in "README.md", "docs/recipes.md":
+        version = self.shell("qln-fp-tree --version").stdout.split()[1]
+        self.shell(f"name=qln-fp-cleaner-{version}-linux-amd64.tar.gz; tar -czf $name -C .. archive;"
+                   "sha256sum $name >SHA256SUMS")
+        for document in "README.md", "docs/start.md", "docs/recipes.md":
             blocks = COPIED.findall((PROJECT / document).read_text())
-            self.assertGreater(len(blocks), 10)
+            self.assertGreater(len(blocks), 4)
             script = "".join(f"{commands}printf '\\036'\n" for commands, _ in blocks)
-            self.root = PROJECT
-            done = self.shell("set -eu\n" + script.replace("$PWD/build/release", str(self.scratch)))
+            done = self.shell("set -eu\n" + script)
             printed = done.stdout.split("\036")
             for (commands, shown), text in zip(blocks, printed):
                 self.assertEqual(text, shown, commands)
