@@ -95,6 +95,17 @@ class Documents(EndToEnd):
                     done = self.shell("\n".join(["set -e", *lines]))
                     self.assertEqual(done.returncode, status, (before, lines, done.stdout))
 
+    def test_links(self):
+        texts = {file: re.sub(r"^```.*?^```$", "", file.read_text(), flags=re.MULTILINE | re.DOTALL)
+                 for file in PROJECT.glob("**/*.md") if "build" not in file.parts}
+        for file, text in texts.items():
+            for name, heading in re.findall(r"\]\((?!http)([^)#]*)#?([^)]*)\)", text):
+                target = (file.parent / name).resolve() if name else file
+                self.assertTrue(target.exists(), (file, name))
+                headings = re.findall(r"^#+ (.*)", texts.get(target, ""), re.MULTILINE)
+                self.assertIn(heading, ["", *(re.sub(r"[^\w -]", "", one.lower()).replace(" ", "-")
+                                              for one in headings)], file)
+
     def test_messages(self):
         told = " ".join(RECIPES.split())
         texts = [(file.name, re.sub(r'//.*|"\s*\n\s*"', "", file.read_text()))
