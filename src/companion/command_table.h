@@ -52,13 +52,14 @@ struct OptionEntry {
 inline constexpr CommandEntry CommandTable[] = {
     {"check", Check, "REPORT...",
      "Check that reports are whole, sources as analyzed, and nothing in the way of a cleanup. "
-     "--list names the sources that some report does not name."},
+     "--list names the sources that some report does not name; --complete refuses them."},
     {"explain", Explain, "FILE[:LINE] REPORT...",
      "Tell which markers of a source go and which stay, and what each report says of them."},
     {"preview", Preview, "REPORT...",
      "Print what a cleanup would change, as a patch; --stat, only how much."},
     {"clean", Clean, "REPORT...",
-     "Check, clean if all is well, and look at each result; --keep, then keep."},
+     "Check, clean if all is well, and look at each result; --skip leaves what cannot be cleaned; "
+     "--keep, then keep."},
     {"undo", Undo, "", "Put every backup back in the place of its source."},
     {"keep", Keep, "",
      "Give every cleaned source the permissions and owner of its backup, and delete the backup."},
@@ -81,8 +82,15 @@ inline constexpr std::initializer_list<Command*> OfReports = {Check, Explain, Pr
 inline constexpr OptionEntry OptionTable[] = {
     {"r", "sourcetree-root", "ROOT", "The project's root.", &Options::root, BelowRoot, true, true},
     {"o", "output-file", "FILE", "The file to write.", &Options::output, {Select, Page}, true},
-    {"", "list", "", "Name the sources that some report does not name.", &Options::list, {Check}},
+    {"", "list", "", "Name each source, however many.", &Options::list, {Check, Preview, Clean}},
+    {"",
+     "complete",
+     "",
+     "Every report must name every source.",
+     &Options::complete,
+     {Check, Preview, Clean}},
     {"", "stat", "", "Print only how much.", &Options::stat, {Preview}},
+    {"", "skip", "", "Leave what cannot be cleaned.", &Options::skip, {Clean}},
     {"", "keep", "", "Then delete the backups.", &Options::keep, {Clean}},
     {"", "code", "CODE,...", "Only codes such as V501,V600-V699.", &Options::codes, OfReports},
     {"", "without-code", "CODE,...", "No such codes.", &Options::withoutCodes, OfReports},

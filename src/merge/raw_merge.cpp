@@ -33,8 +33,8 @@ std::string Display(fs::path const& path, fs::path const& root) {
 
 void Intersect(File const& stored, File const& record, fs::path const& root) {
   if (stored.hash != record.hash) {
-    throw std::runtime_error(std::format("Hash mismatch while merging reports for file '{}'.",
-                                         Display(stored.path, root)));
+    throw HashMismatch(std::format("Hash mismatch while merging reports for file '{}'.",
+                                   Display(stored.path, root)));
   }
   stored.Intersect(record);
 }

@@ -21,6 +21,7 @@ SOURCES = {
 }
 BEFORE = {name: content for name, (content, _, _) in SOURCES.items()}
 CLEANED = {name: cleaned for name, (_, _, cleaned) in SOURCES.items()}
+SKIP = "nothing was cleaned; --skip cleans all else"
 PATCH = b"""--- a/a b.cpp\t
 +++ b/a b.cpp\t
 @@ -1,2 +1,2 @@
@@ -96,11 +97,45 @@ root/no: not named by merged, gone, root, blank, none, cut, /dev/stdin
 root/only: not named by wrong, gone, root, blank, none, cut
 root/x\\ny: not named by merged, gone, root, blank, none, cut, /dev/stdin
 """, [
-            "not the source that was analyzed: root/a b.cpp", "no such source: root/no",
-            "no such source: root/x\\ny", "no such source: root/d e", "no such report: gone",
-            "no such report: root", "empty report: blank",
+            "no such report: gone", "no such report: root", "empty report: blank",
             f"Parsing error for file '{self.scratch}/none'.",
             "report cut short, or not to be checked: cut"], input=(self.scratch / self.raw).read_bytes())
+        self.expect_tool(["check", "-r", "root", "wrong", "merged", "--path", "a b.cpp"], 1, """\
+2 reports, 1 source, 1 marker; every source is named by every report
+""", ["not the source that was analyzed: root/a b.cpp; another text was seen by merged"])
+        self.expect_tool(["check", "-r", "root", "wrong", "--complete", "--without", "a b.cpp", "merged"], 1,
+                         "2 reports, 6 sources, 5 markers; 6 sources not named by every report\n", [
+            *(f"not named by every report: root/{name}" for name in (
+                "d e", *list(SOURCES)[1:], "no", "x\\ny")),
+            *(f"no such source: root/{name}" for name in ("d e", "no", "x\\ny"))])
+        for command in "preview", "clean":
+            errors = self.run_tool(command, "-r", "root", "wrong", "--complete", "merged")[2]
+            self.assertEqual(errors.count(b"not named by every report: "), 6)
+        self.source("a b.cpp", b"other")
+        other = self.raw_report("other", record("root/a b.cpp", b"other", {}))
+        mismatch = (f"Hash mismatch while merging reports for file '{self.root}/a b.cpp'. "
+                    "Another text than before was seen by ")
+        for command, reports in ("preview", [self.raw, other]), ("explain", ["x", other, self.raw]):
+            self.expect_tool([command, "-r", "root", *reports], 1, "", [mismatch + reports[-1]])
+
+    def test_one_cause_one_line(self):
+        for end, why in ((b"\r\n", "they have other line ends, as a checkout can make them"),
+                         (b"y\n", "another commit may be checked out, or the root is another folder")):
+            names = [f"{n:04}" for n in range(1234)]
+            self.raw_report("many", record("root/last", *SOURCES["last"][:2]), *(
+                record(self.source(name, b"x" + end), b"x\n", {1: [(5, 0, 5)]}) for name in names))
+            complaints = [f"not the source that was analyzed: root/{name}" for name in names]
+            cause = "1,234 of 1,235 sources are not those that were analyzed: " + why
+            for command, said in ("check", "1 report, 1,235 sources, 1,235 markers; every source is "
+                                  "named by every report\n"), ("clean", ""):
+                refused = ["nothing was cleaned; --skip cleans all else"][:command == "clean"]
+                self.expect_tool([command, "-r", "root", "many"], 1, said, [
+                    *complaints[:10], cause, "not the source that was analyzed: and 1,224 more; "
+                    "--list names all", *refused])
+                self.expect_tool([command, "-r", "root", "many", "--list"], 1, said, [
+                    *complaints, cause, *refused])
+        more = b"Hash mismatch for file: and 1,224 more; --list names all\n"
+        self.assertIn(more, self.run_tool("preview", "-r", "root", "many")[2])
 
     def test_check_of_what_else_would_go_wrong(self):
         marked, markers = b"//-V5\n", {1: [(5, 0, 5)]}
@@ -118,7 +153,7 @@ root/x\\ny: not named by merged, gone, root, blank, none, cut, /dev/stdin
         (self.root / ("is taken" + BACKUP)).mkdir()
         self.structured_report("beside", *(record("|?|/" + name, marked, markers) for name in beside))
         self.expect_tool(["clean", "-r", "root", "beside"], 1, "", [
-            "nothing was cleaned", *(f"{what}root/{name}" for name, what in beside.items() if what)])
+            SKIP, *(f"{what}root/{name}" for name, what in beside.items() if what)])
         report = self.structured_report("outside", *(
             record("|?|/" + name, marked, markers) for name in ("link/x", "y", "../out/x")))
         self.expect_tool(["check", "-r", "root", report], 1, "1 report, 3 sources, 3 markers; every "
@@ -131,7 +166,8 @@ root/x\\ny: not named by merged, gone, root, blank, none, cut, /dev/stdin
         around = UNPRIVILEGED if os.geteuid() == 0 else ()
         errors = self.run_tool("check", "-r", "root", "merged", around=around)[2].decode()
         self.assertEqual(sorted(errors.replace("qln-fp-tree: ", "").splitlines()), [
-            "folder that may not be written: root/d e", "source that may not be read: root/last",
+            "source in a folder that may not be written: root/d e/q'\"$(f)\\n*.cpp",
+            "source that may not be read: root/last",
             f"temporary directory that may not be written: {self.temp}"
             "; give the run one of its own: TMPDIR=$(mktemp -d)"])
 
@@ -482,7 +518,7 @@ root/last:2: V005 goes
         records = [record("|?|/" + name, *SOURCES["last"][:2]) for name in ("last", "./last")]
         report = self.structured_report("spelt", *records)
         self.expect_tool(["clean", "-r", "root", report], 1, "", [
-            "source that another record names in another spelling: root/last", "nothing was cleaned"])
+            "source that another record names in another spelling: root/last", SKIP])
         self.assertEqual(self.tree(), BEFORE)
 
     @unittest.skipIf("QLN_WIDE_ADDRESSES" in os.environ, "sanitizers keep their memory in files")
@@ -552,7 +588,7 @@ root/last:2: V005 goes
     def test_clean_refuses(self):
         self.source("only", b"changed")
         self.expect_tool(["clean", "-r", "root", "merged"], 1, "", [
-            "not the source that was analyzed: root/only", "nothing was cleaned"])
+            "not the source that was analyzed: root/only", SKIP])
         self.source("only", BEFORE["only"])
         self.expect_tool(["clean", "-r", "root", "merged", "gone"], 1, "", [
             "no such report: gone", "nothing was cleaned"])
@@ -561,7 +597,44 @@ root/last:2: V005 goes
         for text in b" ", b"x":  # What is behind the cleaned text is somebody's.
             self.source("only", CLEANED["only"] + text)
             self.expect_tool(["clean", "-r", "root", "merged"], 1, "", [
-                "not the source that was analyzed: root/only", "nothing was cleaned"])
+                "not the source that was analyzed: root/only", SKIP])
+
+    def test_clean_skips(self):
+        text, marked = b"//-V5 x\n//-V6\n", {1: [(5, 0, 5)], 2: [(6, 0, 5)]}
+        for folder in "", "held/":
+            self.source(folder + "x", text)
+        (self.root / "only").unlink()
+        self.source("last", b"changed")
+        self.raw_report("more", record("root/x", text, marked), record("root/held/x", text, marked),
+                        record("root/gone", b"", {}))
+        (self.root / "held").chmod(0o555)
+        self.addCleanup((self.root / "held").chmod, 0o700)
+        around = UNPRIVILEGED if os.geteuid() == 0 else ()
+        said = ["no such source: root/only", "not the source that was analyzed: root/last",
+                "source in a folder that may not be written: root/held/x",
+                "root/x:1: text behind the marker would become code"]
+        self.expect_tool(["clean", "-r", "root", "merged", "more"], 1, "", [*said, SKIP], around=around)
+        left = ("; left: 1 file changed since the analysis, 1 file gone, 1 file that may not be written "
+                "or read, 1 line with text behind the marker\n")
+        skip = ["clean", "-r", "root", "--skip", "merged", "more"]
+        self.expect_tool(skip, 0, "3 files cleaned, 5 markers removed" + left, said, around=around)
+        after = {**CLEANED, "last": b"changed", "x": b"//-V5 x\n\n", "held/x": text}
+        del after["only"]
+        self.assertEqual({name: content for name, content in self.tree().items()
+                          if not name.endswith(BACKUP)}, after)
+        again = left.replace(", 1 line with text behind the marker", "")
+        for _ in range(2):  # With backups, and without.
+            self.expect_tool(skip, 0, "0 files cleaned, 0 markers removed; 3 files already clean" + again,
+                             said[:3], around=around)
+            self.run_tool("keep", "-r", "root")
+            self.assertEqual(self.tree(), after)
+        os.symlink("x", self.root / "link")  # What is refused for something else.
+        self.structured_report("other", record("|?|/link", after["x"], marked),
+                               record("|?|/x", after["x"], {1: marked[1]}))
+        self.expect_tool([*skip[:4], "other"], 1, "0 files cleaned, 0 markers removed, 1 file refused; "
+                         "left: 1 line with text behind the marker\n", [
+            "source that is a link, and would become a file: root/link", said[3]])
+        self.expect_tool([*skip, "none"], 1, "", ["no such report: none", "nothing was cleaned"])
 
 
 if __name__ == "__main__":

@@ -10,6 +10,8 @@
 #include "cleaner/backup_name.h"
 #include "cleaner/marks_filter.h"
 #include "companion/cleaning/restored_text.h"
+#include "companion/safety/cut_safety.h"
+#include "companion/safety/listed_lines.h"
 #include "files/file_status.h"
 #include "files/source_file.h"
 #include "files/source_window.h"
@@ -59,12 +61,34 @@ class Comparison {
   bool m_isOther = false;
 };
 
-/// A cleaned source without a backup is one that was kept.
+/// What is left of the text when the markers of its safe lines are gone.
+std::string SafelyCleaned(std::string_view before, std::vector<Line> const& lines) {
+  const std::vector<Line> safe = SafeLines(lines, UnsafeLines(lines, before));
+  std::string cleaned;
+  std::size_t at = 0;
+  for (ListedLine const& line : FindListedLines(safe, before)) {
+    for (ByteRange const& range : line.dropped) {
+      cleaned += before.substr(at, range.begin - at);
+      at = range.end;
+    }
+  }
+  return cleaned.append(before.substr(at));
+}
+
+/// A cleaned source without a backup is one that was kept. Whether it is, is proved by the recorded
+/// hash, with the listed markers put back; be it all, or those of the lines that are safe. What
+/// stood in a range beside the marker no report tells: such a source is not known to be clean.
 bool IsKept(File const& file, fs::path const& source) {
   SourceFile opened(source);
   const auto cleaned = opened.IsOpen() ? opened.ReadWhole() : std::nullopt;
-  const auto before = cleaned ? Restored(*cleaned, file.lines) : std::nullopt;
-  return before && HashOf(*before) == file.hash;
+  if (!cleaned) {
+    return false;
+  }
+  if (const auto before = Restored(*cleaned, file.lines); before && HashOf(*before) == file.hash) {
+    return true;
+  }
+  const auto before = RestoredWhereGone(*cleaned, file.lines);
+  return before && HashOf(*before) == file.hash && SafelyCleaned(*before, file.lines) == *cleaned;
 }
 
 /// Throws std::runtime_error when the backup is not the source that was analyzed.
@@ -80,8 +104,14 @@ CleanupOutcome OutcomeBeside(FileVersion const& backup, File const& file, fs::pa
   if (!opened.IsOpen()) {
     return {};
   }
-  return {.state = Comparison(opened).With(wanted),
-          .versions = PairVersions{opened.Version(), backup}};
+  CleanupOutcome outcome{.state = Comparison(opened).With(wanted),
+                         .versions = PairVersions{opened.Version(), backup}};
+  record.lines = SafeLines(file.lines, UnsafeLines(file.lines, wanted.before));
+  if (outcome.state == State::Unknown && record.lines.size() < file.lines.size() &&
+      !record.lines.empty() && opened.Rewind()) {  // The others were left.
+    outcome.state = Comparison(opened).With(MarksFilter(record).Preview(root));
+  }
+  return outcome;
 }
 
 }  // namespace

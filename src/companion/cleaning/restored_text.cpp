@@ -51,6 +51,14 @@ class Restorer {
     return true;
   }
 
+  /// Whether they stand in the line that begins here.
+  [[nodiscard]] bool HasAll(std::vector<Marker> const& markers) const {
+    return std::ranges::all_of(markers, [this](Marker const& marker) {
+      return marker.offsets.begin < m_rest.size() &&
+             m_rest.substr(marker.offsets.begin).starts_with(MarkerBegin);
+    });
+  }
+
   [[nodiscard]] std::string Finish() {
     Copy(m_rest.size());
     return std::move(m_text);
@@ -69,12 +77,27 @@ class Restorer {
 
 }  // namespace
 
-std::optional<std::string> Restored(std::string_view cleaned, std::vector<Line> const& lines) {
+namespace {
+
+std::optional<std::string> Restore(std::string_view cleaned, std::vector<Line> const& lines,
+                                   bool isOnlyWhereGone) {
   Restorer restorer(cleaned);
-  const bool isDone = std::ranges::all_of(lines, [&restorer](Line const& line) {
-    return restorer.PassTo(line.line) && restorer.Insert(line.markers);
+  const bool isDone = std::ranges::all_of(lines, [&](Line const& line) {
+    return restorer.PassTo(line.line) &&
+           ((isOnlyWhereGone && restorer.HasAll(line.markers)) || restorer.Insert(line.markers));
   });
   return isDone ? std::optional(restorer.Finish()) : std::nullopt;
+}
+
+}  // namespace
+
+std::optional<std::string> Restored(std::string_view cleaned, std::vector<Line> const& lines) {
+  return Restore(cleaned, lines, false);
+}
+
+std::optional<std::string> RestoredWhereGone(std::string_view cleaned,
+                                             std::vector<Line> const& lines) {
+  return Restore(cleaned, lines, true);
 }
 
 }  // namespace companion

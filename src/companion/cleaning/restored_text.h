@@ -17,4 +17,8 @@ namespace companion {
 [[nodiscard]] std::optional<std::string> Restored(std::string_view cleaned,
                                                   std::vector<Line> const& lines);
 
+/// The same, but lines on which all markers still stand in their places are left as they are.
+[[nodiscard]] std::optional<std::string> RestoredWhereGone(std::string_view cleaned,
+                                                           std::vector<Line> const& lines);
+
 }  // namespace companion

@@ -2,6 +2,7 @@
 #include <format>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -50,11 +51,22 @@ struct Cleaned {
     }
   }
 
-  [[nodiscard]] std::string Sum() const {
-    return std::format(
-        "{} cleaned, {} removed, {} refused{}\n", Counted(files, "file"),
-        Counted(markers, "marker"), Counted(refused, "file"),
-        before == 0 ? "" : std::format("; {} already clean", Counted(before, "file")));
+  /// With `left` that of what was skipped, too; then a sum of refused files matters only if there
+  /// are some.
+  [[nodiscard]] std::string Sum(Cleanable const& cleanable, bool doesSkip) const {
+    std::string text =
+        Counted(files, "file") + " cleaned, " + Counted(markers, "marker") + " removed";
+    if (refused > 0 || !doesSkip) {
+      text += std::format(", {} refused", Counted(refused, "file"));
+    }
+    if (before > 0) {
+      text += std::format("; {} already clean", Counted(before, "file"));
+    }
+    for (std::string_view sign = "; left: "; auto const& [what, count] : cleanable.left) {
+      text.append(std::exchange(sign, ", ")).append(Counted(count, what.first));
+      text.append(" ").append(what.second);
+    }
+    return text + '\n';
   }
 };
 
@@ -89,16 +101,16 @@ Cleaned CleanAll(Files const& agreed, SourceTree const& tree, Console& console) 
 
 void Clean(Options const& options, Console& console) {
   const SourceTree tree(options.root);
-  const auto reports = CheckBefore(options, console, [&](File const& file) {
+  const auto cleanable = CheckBefore(options, console, [&](File const& file) {
     return OutcomeOf(file, options.root).state != CleanupOutcome::State::Unknown ||
            IsHalfPutBack(tree, file.path);
   });
-  if (!reports) {
-    console.Complain("nothing was cleaned");
+  if (!cleanable) {
     return;
   }
-  const Cleaned cleaned = CleanAll(reports->agreed, tree, console);
-  console.Out() << cleaned.Sum();
+  Cleaned cleaned = CleanAll(cleanable->files, tree, console);
+  cleaned.refused += cleanable->refused;
+  console.Out() << cleaned.Sum(*cleanable, options.skip);
   if (options.keep && cleaned.refused > 0) {
     console.Complain("backups stay, because files were refused");
   } else if (options.keep) {

@@ -3,17 +3,20 @@
 #include <exception>
 #include <format>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "cleaner/marks_filter.h"
 #include "companion/commands/commands.h"
 #include "companion/formats/patch.h"
 #include "companion/output/complaint.h"
+#include "companion/output/complaints.h"
 #include "companion/output/counted.h"
 #include "companion/output/parallel_in_order.h"
 #include "companion/output/printable.h"
 #include "companion/reports/narrow.h"
 #include "companion/reports/read_reports.h"
+#include "companion/reports/source_records.h"
 #include "companion/safety/cut_safety.h"
 
 namespace companion {
@@ -25,7 +28,7 @@ namespace fs = std::filesystem;
 struct Previewed {
   Patch patch{};
   std::size_t markers = 0;
-  std::vector<std::string> complaints{};
+  std::vector<std::pair<std::string, std::string>> complaints{};  ///< Kinds and texts.
 };
 
 /// A patch is applied in the root, and one line of it holds the name.
@@ -52,7 +55,10 @@ Previewed PreviewSafely(File file, fs::path const& root) {
   PlannedCut source = MarksFilter(file).Preview(root);
   const std::vector<UnsafeLine> unsafe = UnsafeLines(file.lines, source.before);
   if (!unsafe.empty()) {
-    previewed.complaints = ComplaintsOf(unsafe, (root / file.path).string());
+    const std::vector<std::string> texts = ComplaintsOf(unsafe, (root / file.path).string());
+    for (std::size_t i = 0; i < unsafe.size(); ++i) {
+      previewed.complaints.emplace_back(Words(unsafe[i].danger), texts[i]);
+    }
     file.lines = SafeLines(file.lines, unsafe);
     source = file.lines.empty() ? PlannedCut() : MarksFilter(file).Preview(root);
   }
@@ -63,23 +69,24 @@ Previewed PreviewSafely(File file, fs::path const& root) {
 
 Previewed PreviewOne(File const& file, fs::path const& root) {
   if (const Complaint wrong = WrongWithName(file)) {
-    return {.complaints = {*wrong}};
+    return {.complaints = {{KindOf(*wrong), *wrong}}};
   }
   try {
     return PreviewSafely(file, root);
   } catch (std::exception const& error) {
-    return {.complaints = {error.what()}};
+    return {.complaints = {{KindOf(error.what()), error.what()}}};
   }
 }
 
 /// Prints and adds up.
 class Printer {
  public:
-  Printer(Console& console, bool isStat) : m_console(console), m_isStat(isStat) {}
+  Printer(Console& console, Options const& options)
+      : m_console(console), m_complaints(console, options.list), m_isStat(options.stat) {}
 
   void Print(File const& file, Previewed const& previewed) {
-    for (std::string const& complaint : previewed.complaints) {
-      m_console.Complain(complaint);
+    for (auto const& [kind, text] : previewed.complaints) {
+      m_complaints.Add(kind, text);
     }
     if (!m_isStat) {
       m_console.Out() << previewed.patch.text;
@@ -93,7 +100,8 @@ class Printer {
     }
   }
 
-  void PrintSums() {
+  void Finish() {
+    m_complaints.Finish();
     if (m_isStat) {
       m_console.Out() << Counted(m_files, "file") << ", " << Sum(m_markers, m_lines) << '\n';
     }
@@ -105,23 +113,45 @@ class Printer {
   }
 
   Console& m_console;
+  Complaints m_complaints;
   bool m_isStat;
   std::size_t m_files = 0;
   std::size_t m_markers = 0;
   std::size_t m_lines = 0;
 };
 
-}  // namespace
-
-void Preview(Options const& options, Console& console) {
+Files ReadNarrowed(Options const& options) {
   const Filters filters = FiltersOf(options);
   Files agreed = ReadAgreed(options.reports, options.root);
   Narrow(agreed, filters);
+  return agreed;
+}
+
+/// Nothing, with complaints, unless every report names every source.
+Files ReadCompletelyAgreed(Options const& options, Console& console) {
+  const Filters filters = FiltersOf(options);
+  Reports reports = ReadReports(options.reports, options.root);
+  Narrow(reports, filters);
+  Complaints complaints(console, options.list);
+  for (SourceRecords const& source : RecordsBySource(reports)) {
+    if (source.all.size() < reports.each.size()) {
+      complaints.Add(NotNamedByEvery((options.root / *source.path).string()));
+    }
+  }
+  complaints.Finish();
+  return complaints.AreNone() ? std::move(reports.agreed) : Files();
+}
+
+}  // namespace
+
+void Preview(Options const& options, Console& console) {
+  const Files agreed =
+      options.complete ? ReadCompletelyAgreed(options, console) : ReadNarrowed(options);
   std::vector<File const*> files;
   for (File const& file : agreed.files) {
     files.push_back(&file);
   }
-  Printer printer(console, options.stat);
+  Printer printer(console, options);
   ParallelInOrder<Previewed>(
       files.size(), [&](std::size_t index) { return PreviewOne(*files[index], options.root); },
       [&](std::size_t index, Previewed const& previewed) {
@@ -129,7 +159,7 @@ void Preview(Options const& options, Console& console) {
         console.Progress(index + 1, files.size());
         return console.IsHeard();
       });
-  printer.PrintSums();
+  printer.Finish();
 }
 
 }  // namespace companion

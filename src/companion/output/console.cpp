@@ -28,10 +28,14 @@ Console::Console()
       m_nextShow(Clock::now() + QuietTime) {}
 
 void Console::Complain(std::string_view text) {
+  Note(text);
+  m_status = EXIT_FAILURE;
+}
+
+void Console::Note(std::string_view text) {
   EndProgress();
   m_out.flush();  // So that both streams stand in order where they are one.
   std::cerr << std::format("qln-fp-tree: {}\n", Printable(text));
-  m_status = EXIT_FAILURE;
 }
 
 void Console::Progress(std::size_t done, std::size_t total) {

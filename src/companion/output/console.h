@@ -30,6 +30,9 @@ class Console {
   /// Prints one line of error, made safe for terminals, and makes the exit status 1.
   void Complain(std::string_view text);
 
+  /// Prints such a line of what is no failure.
+  void Note(std::string_view text);
+
   /// To be called often: on a terminal, and once the work has taken a second, shows how many files
   /// of how many are done; rarely enough not to matter.
   void Progress(std::size_t done, std::size_t total);

@@ -12,6 +12,7 @@
 #include "companion/output/complaint.h"
 #include "files/file_version.h"
 #include "files/last_error.h"
+#include "merge/raw_merge.h"
 #include "merge/reading/report_reader.h"
 
 namespace companion {
@@ -60,6 +61,17 @@ Complaint FailureOf(Action const& action) {
   }
 }
 
+/// What `merge` throws of texts that reports saw is told with the report that saw another one.
+template <typename Merge>
+Complaint DisagreementWith(fs::path const& report, Merge const& merge) {
+  try {
+    merge();
+    return {};
+  } catch (HashMismatch const& error) {
+    return std::string(error.what()) + " Another text than before was seen by " + report.string();
+  }
+}
+
 /// Reads each report by itself, and merges it from memory into what is agreed.
 class ReportsReader {
  public:
@@ -95,7 +107,8 @@ class ReportsReader {
     FileSet const& last = m_reports.each.back().files.files;
     Files& agreed = m_reports.agreed;
     if (!m_isStructured) {
-      agreed.MergeRecords(m_inOrder, m_root);
+      ThrowIf(DisagreementWith(m_reports.each.back().path,
+                               [&] { agreed.MergeRecords(m_inOrder, m_root); }));
     } else if (m_reports.each.size() == 1) {
       agreed.files = last;
     } else {
@@ -152,7 +165,8 @@ Files ReadAgreed(std::vector<fs::path> const& paths, fs::path const& root) {
   for (bool isFirst = true; fs::path const& path : paths) {
     ThrowIf(WhyNotOpened(path));
     ReportReader report(path);
-    agreed.Extract(report, std::exchange(isFirst, false), root);
+    ThrowIf(DisagreementWith(path,
+                             [&] { agreed.Extract(report, std::exchange(isFirst, false), root); }));
     ThrowIf(WhyNotRead(report));
   }
   return agreed;
@@ -175,6 +189,7 @@ CheckedReports CheckReports(std::vector<fs::path> const& paths, fs::path const& 
       disagreement = FailureOf([&] { reader.Agree(); });
     }
   }
+  checked.areAllRead = checked.areWhole;
   if (checked.areWhole && disagreement) {
     console.Complain(*disagreement);
     checked.areWhole = false;

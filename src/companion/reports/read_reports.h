@@ -31,8 +31,9 @@ namespace companion {
 
 /// What CheckReports could read.
 struct CheckedReports {
-  Reports reports;       ///< Without what is agreed if not all are whole.
-  bool areWhole = true;  ///< Each could be read whole, so that a cleanup removes what is agreed.
+  Reports reports;         ///< Without what is agreed if not all are whole.
+  bool areWhole = true;    ///< Each could be read whole, so that a cleanup removes what is agreed.
+  bool areAllRead = true;  ///< The same, but they may disagree on the text of a source.
   std::vector<Complaint> wrong;  ///< With each report, in the order of the paths.
 };
 

@@ -64,34 +64,39 @@ std::string_view WrongWithBackupOf(fs::path const& source, bool hasChanged) {
   return hasChanged ? "" : "a backup is there, keep or undo first: ";
 }
 
+MaybeProblem Other(std::string_view wrong, fs::path const& source) {
+  return SourceProblem{SourceProblem::Kind::Other, std::string(wrong) + source.string()};
+}
+
 }  // namespace
 
 Obstacles::Obstacles(fs::path root, Files const& agreed)
     : m_agreed(agreed), m_root(std::move(root)), m_canonicalRoot(WeaklyCanonical(m_root)) {}
 
-Complaint Obstacles::InTheWayOf(File const& file, bool hasChanged) {
+MaybeProblem Obstacles::InTheWayOf(File const& file, bool hasChanged) {
   const fs::path source = m_root / file.path;
   Folder& folder = Look(source.parent_path());
   if (folder.isOutside || (IsLink(source) && IsOutside(WeaklyCanonical(source)))) {
-    return "source outside the root: " + source.string();
+    return Other("source outside the root: ", source);
   }
   if (IsLink(source)) {
-    return "source that is a link, and would become a file: " + source.string();
+    return Other("source that is a link, and would become a file: ", source);
   }
   if (!m_named.insert((folder.canonical / source.filename()).native()).second) {
-    return "source that another record names in another spelling: " + source.string();
+    return Other("source that another record names in another spelling: ", source);
   }
-  for (const std::string_view wrong :
-       {WrongWithRenaming(source), WrongWithBackupOf(source, hasChanged)}) {
-    if (!wrong.empty()) {
-      return std::string(wrong) + source.string();
-    }
+  if (const std::string_view wrong = WrongWithRenaming(source); !wrong.empty()) {
+    return SourceProblem{SourceProblem::Kind::Forbidden, std::string(wrong) + source.string()};
+  }
+  if (const std::string_view wrong = WrongWithBackupOf(source, hasChanged); !wrong.empty()) {
+    return Other(wrong, source);
   }
   if (IsBackupOfAnother(file)) {
-    return "source with the name of another one's backup: " + source.string();
+    return Other("source with the name of another one's backup: ", source);
   }
-  if (std::exchange(folder.isReadOnly, false)) {
-    return "folder that may not be written: " + source.parent_path().string();
+  if (folder.isReadOnly) {
+    return SourceProblem{SourceProblem::Kind::Forbidden,
+                         "source in a folder that may not be written: " + source.string()};
   }
   return std::nullopt;
 }

@@ -6,7 +6,7 @@
 #include <set>
 #include <string>
 
-#include "companion/output/complaint.h"
+#include "companion/sources/source_problem.h"
 #include "merge/files.h"
 
 namespace companion {
@@ -19,9 +19,9 @@ class Obstacles {
 
   /// What is in the way of cleaning one source: it lies outside the root or is a link, it may not
   /// be renamed, it was here before under another spelling, there is no place for its backup, or
-  /// its folder may not be written, which is said once for each folder. Beside a source that was
-  /// cleaned, or has changed otherwise, a backup is none.
-  [[nodiscard]] Complaint InTheWayOf(File const& file, bool hasChanged);
+  /// its folder may not be written. Beside a source that was cleaned, or has changed otherwise, a
+  /// backup is none.
+  [[nodiscard]] MaybeProblem InTheWayOf(File const& file, bool hasChanged);
 
  private:
   struct Folder {

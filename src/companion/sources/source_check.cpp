@@ -5,8 +5,10 @@
 #include <algorithm>
 #include <cerrno>
 #include <string>
+#include <string_view>
 #include <tuple>
 
+#include "companion/output/counted.h"
 #include "files/source_file.h"
 #include "merge/hashing/sha1.h"
 
@@ -16,13 +18,90 @@ namespace {
 
 namespace fs = std::filesystem;
 
-using Records = std::vector<File const*>;
+using Kind = SourceProblem::Kind;
 
-/// As a person would count: a marker that two reports list is one.
-std::size_t CountDifferentMarkers(Records const& records, CodeFilter const& codes) {
+SourceProblem WhyNotOpen(fs::path const& source) {
+  struct stat status{};
+  const bool isThere = ::stat(source.c_str(), &status) == 0;
+  if (isThere ? !S_ISREG(status.st_mode) : errno == ENOENT || errno == ENOTDIR) {
+    return {Kind::Gone, "no such source: " + source.string()};
+  }
+  return {Kind::Forbidden, "source that may not be read: " + source.string()};
+}
+
+/// With each LF as CR LF, or each CR LF as LF.
+std::string WithOtherLineEnds(std::string_view text) {
+  const bool hasBoth = text.find("\r\n") != std::string_view::npos;
+  std::string other;
+  other.reserve(text.size() + (hasBoth ? 0 : text.size() / 16));
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    if (!hasBoth && text[at] == '\n') {
+      other += '\r';
+    }
+    if (!hasBoth || !text.substr(at).starts_with("\r\n")) {
+      other += text[at];
+    }
+  }
+  return other;
+}
+
+/// Where some reports saw this very text: which did not.
+std::string WhoSawAnother(Reports const& reports, SourceRecords const& records,
+                          std::string const& hash) {
+  constexpr std::size_t mostNamed = 3;
+  std::string names;
+  std::size_t others = 0;
+  for (auto const& [report, record] : records.all) {
+    if (record->hash != hash && ++others <= mostNamed) {
+      names += (names.empty() ? "" : ", ") + reports.each[report].path.string();
+    }
+  }
+  if (others == records.all.size()) {
+    return {};
+  }
+  return "; another text was seen by " + names +
+         (others > mostNamed ? " and " + WithSeparators(others - mostNamed) + " more" : "");
+}
+
+SourceProblem NotAnalyzed(std::string const& source, std::string const& content,
+                          std::string const& hash, Reports const& reports,
+                          SourceRecords const& records) {
+  const std::string other = HashOf(WithOtherLineEnds(content));
+  const bool isSame = std::ranges::all_of(
+      records.all, [&](auto const& record) { return record.second->hash == other; });
+  return {isSame ? Kind::OtherLineEnds : Kind::Changed,
+          "not the source that was analyzed: " + source + WhoSawAnother(reports, records, hash)};
+}
+
+}  // namespace
+
+CheckedSource CheckSource(Reports const& reports, SourceRecords const& records,
+                          fs::path const& root) {
+  const fs::path source = root / *records.path;
+  SourceFile file(source);
+  if (!file.IsOpen()) {
+    return {.problem = WhyNotOpen(source)};
+  }
+  CheckedSource checked{.size = file.Size()};
+  const auto content = file.ReadWhole();
+  if (!content) {
+    checked.problem = {Kind::Other, "source that cannot be read to its end: " + source.string()};
+    return checked;
+  }
+  const std::string hash = HashOf(*content);
+  if (!std::ranges::all_of(records.all,
+                           [&](auto const& record) { return record.second->hash == hash; })) {
+    checked.problem = NotAnalyzed(source.string(), *content, hash, reports, records);
+  } else if (File const* const agreed = FindFile(reports.agreed, *records.path)) {
+    checked.unsafe = UnsafeLines(agreed->lines, *content);
+  }
+  return checked;
+}
+
+std::size_t CountDifferentMarkers(SourceRecords const& records, CodeFilter const& codes) {
   using OneMarker = std::tuple<std::uint32_t, std::uint64_t, std::uint64_t, std::uint64_t>;
   std::vector<OneMarker> markers;
-  for (File const* record : records) {
+  for (auto const& [report, record] : records.all) {
     for (Line const& line : record->lines) {
       for (auto const& [code, columns, offsets] : line.markers) {
         if (codes.Takes(code)) {
@@ -33,54 +112,6 @@ std::size_t CountDifferentMarkers(Records const& records, CodeFilter const& code
   }
   std::ranges::sort(markers);
   return markers.size() - std::ranges::unique(markers).size();
-}
-
-Complaint WhyNotOpen(fs::path const& source) {
-  struct stat status{};
-  const bool isThere = ::stat(source.c_str(), &status) == 0;
-  if (isThere ? !S_ISREG(status.st_mode) : errno == ENOENT || errno == ENOTDIR) {
-    return "no such source: " + source.string();
-  }
-  return "source that may not be read: " + source.string();
-}
-
-/// Takes what is to be told of the source into `checked`; `agreed` may be null.
-void LookAt(fs::path const& source, Records const& records, File const* agreed,
-            CheckedSource& checked) {
-  SourceFile file(source);
-  if (!file.IsOpen()) {
-    checked.complaint = WhyNotOpen(source);
-    return;
-  }
-  checked.size = file.Size();
-  const auto content = file.ReadWhole();
-  if (!content) {
-    checked.complaint = "source that cannot be read to its end: " + source.string();
-    return;
-  }
-  const std::string hash = HashOf(*content);
-  if (!std::ranges::all_of(records, [&](File const* record) { return record->hash == hash; })) {
-    checked.complaint = "not the source that was analyzed: " + source.string();
-  } else if (agreed != nullptr) {
-    checked.unsafe = UnsafeLines(agreed->lines, *content);
-  }
-}
-
-}  // namespace
-
-CheckedSource CheckSource(Reports const& reports, fs::path const& path, fs::path const& root) {
-  CheckedSource checked;
-  Records records;
-  for (Report const& report : reports.each) {
-    File const* const record = FindFile(report.files, path);
-    checked.isNamedBy.push_back(record != nullptr);
-    if (record != nullptr) {
-      records.push_back(record);
-    }
-  }
-  checked.markers = CountDifferentMarkers(records, reports.codes);
-  LookAt(root / path, records, FindFile(reports.agreed, path), checked);
-  return checked;
 }
 
 }  // namespace companion

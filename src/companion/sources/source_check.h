@@ -6,23 +6,25 @@
 #include <filesystem>
 #include <vector>
 
-#include "companion/output/complaint.h"
-#include "companion/reports/reports.h"
+#include "companion/reports/source_records.h"
 #include "companion/safety/cut_safety.h"
+#include "companion/sources/source_problem.h"
 
 namespace companion {
 
 /// One source that some report names.
 struct CheckedSource {
-  Complaint complaint;             ///< None when it is the one that was analyzed.
-  std::vector<UnsafeLine> unsafe;  ///< Then, of the lines that are agreed, those to be left.
-  std::uint64_t size = 0;          ///< In bytes; 0 when it cannot be read.
-  std::size_t markers = 0;         ///< How many different ones the reports list.
-  std::vector<bool> isNamedBy;     ///< By report.
+  MaybeProblem problem{};            ///< None when it is the one that was analyzed.
+  std::vector<UnsafeLine> unsafe{};  ///< Then, of the lines that are agreed, those to be left.
+  std::uint64_t size = 0;            ///< In bytes; 0 when it cannot be read.
 };
 
-/// Looks at one source; `path` is as the reports have it. Any thread may call it.
-[[nodiscard]] CheckedSource CheckSource(Reports const& reports, std::filesystem::path const& path,
+/// Looks at one source, of which `reports` have the records. Any thread may call it.
+[[nodiscard]] CheckedSource CheckSource(Reports const& reports, SourceRecords const& records,
                                         std::filesystem::path const& root);
+
+/// How many different markers of the codes that were asked for the records list.
+[[nodiscard]] std::size_t CountDifferentMarkers(SourceRecords const& records,
+                                                CodeFilter const& codes);
 
 }  // namespace companion
