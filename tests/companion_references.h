@@ -17,10 +17,11 @@ enum class ReferenceDifference { OnlyMarkers, OnlyMarkersSoFar, MoreThanMarkers 
 /// Whether `source` is `backup` less some markers, or a beginning of such a text. This alone says
 /// what a marker is: //-V, the digits behind it, and anything more of its line. Every choice is
 /// tried at once: `kept` and `cut` hold how much of the source those choices have used up that keep
-/// the next byte of the backup, and that may drop it.
+/// the next byte of the backup, and that may drop it; `blank` those that drop blanks, a marker and
+/// all that is left of the line.
 inline ReferenceDifference ReferenceDifferenceOf(std::string_view source, std::string_view backup) {
   std::set<std::size_t> kept = {0};
-  std::set<std::size_t> cut;
+  std::set<std::size_t> cut, blank;
   std::vector<std::set<std::size_t>> begun(backup.size() + 1);  // By where the digits end.
   bool isBeginning = source.empty();
   for (std::size_t at = 0; at < backup.size(); ++at) {
@@ -31,19 +32,30 @@ inline ReferenceDifference ReferenceDifferenceOf(std::string_view source, std::s
       }
       begun[digits].insert(kept.begin(), kept.end());
     }
+    const bool isLineEnd = backup[at] == '\n' || backup[at] == '\r';
+    const std::size_t behind = std::min(backup.find_first_not_of(" \t\v\f", at), backup.size());
+    const bool isInBlanks =
+        at > 0 && std::string_view(" \t\v\f").find(backup[at - 1]) != std::string_view::npos;
+    if (behind > at && !isInBlanks && backup.substr(behind).starts_with("//-V")) {
+      blank.insert(kept.begin(), kept.end());
+    }
+    if (isLineEnd) {
+      kept.insert(blank.begin(), blank.end());
+      blank.clear();
+    }
     std::set<std::size_t> next;
     for (const std::size_t used : kept) {
       if (used < source.size() && source[used] == backup[at]) {
         next.insert(used + 1);
       }
     }
-    const bool isLineEnd = backup[at] == '\n' || backup[at] == '\r';
     cut = isLineEnd ? std::set<std::size_t>() : cut;
     cut.insert(begun[at + 1].begin(), begun[at + 1].end());
     kept = next;
     kept.insert(cut.begin(), cut.end());  // A piece may end here.
     isBeginning |= kept.contains(source.size());
   }
+  kept.insert(blank.begin(), blank.end());
   return kept.contains(source.size()) ? ReferenceDifference::OnlyMarkers
          : isBeginning                ? ReferenceDifference::OnlyMarkersSoFar
                                       : ReferenceDifference::MoreThanMarkers;

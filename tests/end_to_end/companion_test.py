@@ -636,6 +636,32 @@ root/last:2: V005 goes
             "source that is a link, and would become a file: root/link", said[3]])
         self.expect_tool([*skip, "none"], 1, "", ["no such report: none", "nothing was cleaned"])
 
+    def test_blanks(self):
+        text = b"x \t //-V5 //-V6\r\n  //-V5\r\ny  //-V6 w //-V7\r\nz //-V5 \r\nlast  //-V6"
+        markers = {1: [(5, 4, 9), (6, 10, 15)], 2: [(5, 2, 7)], 3: [(7, 11, 16)],
+                   4: [(5, 2, 7)], 5: [(6, 6, 11)]}
+        cleaned = b"x\r\n\r\ny  //-V6 w\r\nz  \r\nlast"
+        self.source("s", text)
+        self.source("t", text.replace(b"\t", b" "))
+        self.raw_report("ends", *(record("root/" + name, (self.root / name).read_bytes(), markers)
+                                  for name in "st"))
+        patch = self.run_tool("preview", "--blanks", "-r", "root", "ends")[1]
+        arguments = ["clean", "--blanks", "-r", "root", "ends"]
+        done = "{}, 0 files refused{}\n".format
+        for after, left in ("undo", text), ("keep", cleaned):
+            for said in done("2 files cleaned, 12 markers removed", ""), done(
+                    "0 files cleaned, 0 markers removed", "; 2 files already clean"):
+                self.expect_tool(arguments, out=said)
+                self.assertEqual((self.root / "s").read_bytes(), cleaned)
+            self.assertEqual(self.run_tool(after, "-r", "root")[::2], (0, b""))
+            self.assertEqual(self.tree()["s"], left)
+        self.expect_tool([*arguments, "--path", "t"], out=said.replace("2 files", "1 file"))
+        self.expect_tool(arguments, 1, "", ["not the source that was analyzed: root/s", SKIP])
+        self.source("s", text)
+        self.source("t", text.replace(b"\t", b" "))
+        subprocess.run(["patch", "-s", "-p1", "--binary", "-d", self.root], input=patch, check=True)
+        self.assertEqual(self.tree(), {**BEFORE, "s": cleaned, "t": cleaned})
+
 
 if __name__ == "__main__":
     unittest.main()

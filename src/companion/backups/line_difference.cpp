@@ -24,6 +24,9 @@
 //     may stand anywhere from the end of that marker's digits on.
 //
 // The line is whole if at its end a place has reached the end of the line before, or a piece could.
+// A piece at the end of the line may also have taken all blanks in front of it: then the line
+// before is one that ends where these blanks begin.
+//
 // Nearly always the pieces are the markers alone. That is tried first, in a single walk.
 #include "companion/backups/line_difference.h"
 
@@ -31,6 +34,7 @@
 #include <cstddef>
 #include <vector>
 
+#include "companion/safety/blanks.h"
 #include "merge/marker_text.h"
 
 namespace companion {
@@ -41,6 +45,9 @@ constexpr std::size_t None = std::string_view::npos;
 
 /// How many places are looked at before the search is given up; some tenths of a second.
 constexpr std::size_t MostWork = std::size_t{1} << 28U;
+
+/// At how many of a line's last markers blanks are thought of.
+constexpr int MostTries = 64;
 
 /// Where the digits of the marker that begins at `marker` end.
 std::size_t EndOfDigits(std::string_view line, std::size_t marker) {
@@ -115,9 +122,8 @@ class PieceSearch {
   std::size_t m_resume;  ///< And anywhere from here on, if a piece was begun; else None.
 };
 
-}  // namespace
-
-LineDifference CompareLines(std::string_view cleaned, std::string_view before) {
+/// With all blanks in their places.
+LineDifference CompareKeepingBlanks(std::string_view cleaned, std::string_view before) {
   if (IsLessWholeMarkers(cleaned, before)) {
     return {true, true};
   }
@@ -134,6 +140,26 @@ LineDifference CompareLines(std::string_view cleaned, std::string_view before) {
     if (marker-- == 0) {
       break;
     }
+  }
+  return difference;
+}
+
+}  // namespace
+
+LineDifference CompareLines(std::string_view cleaned, std::string_view before) {
+  LineDifference difference = CompareKeepingBlanks(cleaned, before);
+  std::size_t marker = before.size();
+  for (int tries = 0; !difference.isWhole && tries < MostTries && marker > 0; ++tries) {
+    marker = before.rfind(MarkerBegin, marker - 1);
+    if (marker == None) {
+      break;
+    }
+    // What stands in front of a piece at the end of the line, without the blanks.
+    const std::size_t end =
+        before.find_last_not_of(Blanks, marker - std::min<std::size_t>(marker, 1));
+    const std::string_view front = before.substr(0, end == None ? 0 : end + 1);
+    difference.isWhole = front.size() < marker && cleaned.size() <= front.size() &&
+                         CompareKeepingBlanks(cleaned, front).isWhole;
   }
   return difference;
 }

@@ -12,7 +12,8 @@ struct LineDifference {
 };
 
 /// A marker is what a cleanup can take out of a line: "//-V", all digits behind it, and maybe more,
-/// up to the end of the line at most. Both lines are without their ends. Any thread may call it.
+/// up to the end of the line at most, and then with it the blanks in front, all or none. Both lines
+/// are without their ends. Any thread may call it.
 ///
 /// An exact answer could take time that grows with the product of both lengths. For lines far
 /// longer than people write it may therefore be that neither is the case, but never a false yes.

@@ -7,6 +7,7 @@
 #include "cleaner/marks_filter.h"
 #include "cleaner/temporary_directory.h"
 #include "companion/backups/put_back.h"
+#include "companion/cleaning/with_blanks.h"
 #include "companion/safety/cut_safety.h"
 #include "files/file_status.h"
 #include "files/source_file.h"
@@ -17,14 +18,14 @@ using State = CleanupOutcome::State;
 
 CarefulCleaner::Result CarefulCleaner::Clean(File const& file) {
   Attempt attempt = TryToClean(file);
-  CleanupOutcome outcome = OutcomeOf(file, m_tree.Path());
+  CleanupOutcome outcome = Outcome(file);
   if (attempt.failure && outcome.state == State::BrokenOff) {
     // Another run was interrupted just there, or is just at work there and waited for.
     if (!PutBackBrokenOff(file)) {
       attempt.failure = WhyUnsafe(file);
       attempt = attempt.failure ? attempt : TryToClean(file);
     }
-    outcome = OutcomeOf(file, m_tree.Path());
+    outcome = Outcome(file);
   }
   if (outcome.state == State::Cleaned || outcome.state == State::Kept) {
     return {.leftover = attempt.leftover,
@@ -38,9 +39,21 @@ CarefulCleaner::Result CarefulCleaner::Clean(File const& file) {
   return {.complaint = WhyNotClean(file, attempt.failure, outcome)};
 }
 
+/// The record, with the blanks that go, too. The filter looks once more whether the source is the
+/// one that was analyzed.
+File CarefulCleaner::WhatToCut(File const& file) const {
+  if (!m_takesBlanks) {
+    return file;
+  }
+  SourceFile source(m_tree.Path() / file.path);
+  const auto content = source.IsOpen() ? source.ReadWhole() : std::nullopt;
+  return {file.version, file.path, file.hash,
+          content ? WithBlanks(file.lines, *content) : file.lines};
+}
+
 CarefulCleaner::Attempt CarefulCleaner::TryToClean(File const& file) {
   try {
-    MarksFilter filter(file, &m_workers);
+    MarksFilter filter(WhatToCut(file), &m_workers);
     filter.SaveFilteredFile(m_tree.Path());
     const std::error_code error = filter.CopyError();
     return {.lack = error ? ": " + error.message() : std::string()};
@@ -73,7 +86,7 @@ Complaint CarefulCleaner::WhyUnsafe(File const& file) const {
 Complaint CarefulCleaner::PutBackBrokenOff(File const& file) {
   BackupPair pair(m_tree, file.path, &m_workers);
   pair.Judge();
-  const bool isBrokenOff = OutcomeOf(file, m_tree.Path()).state == State::BrokenOff;
+  const bool isBrokenOff = Outcome(file).state == State::BrokenOff;
   return isBrokenOff ? PutBack(pair) : ChangedMeanwhile(pair);
 }
 

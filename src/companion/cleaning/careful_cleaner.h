@@ -28,7 +28,8 @@ class CarefulCleaner {
     std::optional<PairVersions> versions{};
   };
 
-  explicit CarefulCleaner(SourceTree const& tree) : m_tree(tree) {}
+  CarefulCleaner(SourceTree const& tree, bool takesBlanks)
+      : m_tree(tree), m_takesBlanks(takesBlanks) {}
 
   [[nodiscard]] Result Clean(File const& file);
 
@@ -46,7 +47,13 @@ class CarefulCleaner {
   [[nodiscard]] std::string WhyNotClean(File const& file, Complaint const& failure,
                                         CleanupOutcome const& outcome) const;
 
+  [[nodiscard]] File WhatToCut(File const& file) const;
+  [[nodiscard]] CleanupOutcome Outcome(File const& file) const {
+    return OutcomeOf(file, m_tree.Path(), m_takesBlanks);
+  }
+
   SourceTree const& m_tree;
+  bool m_takesBlanks;
   WorkerLocks m_workers;
 };
 

@@ -6,16 +6,16 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "cleaner/backup_name.h"
 #include "cleaner/marks_filter.h"
 #include "companion/cleaning/restored_text.h"
+#include "companion/cleaning/with_blanks.h"
 #include "companion/safety/cut_safety.h"
-#include "companion/safety/listed_lines.h"
 #include "files/file_status.h"
 #include "files/source_file.h"
 #include "files/source_window.h"
-#include "merge/hashing/sha1.h"
 
 namespace companion {
 
@@ -61,41 +61,36 @@ class Comparison {
   bool m_isOther = false;
 };
 
-/// What is left of the text when the markers of its safe lines are gone.
-std::string SafelyCleaned(std::string_view before, std::vector<Line> const& lines) {
+using Ranges = std::vector<ByteRange>;
+
+/// What else than all listed markers a cleanup can have taken out: those of the lines that are
+/// safe, without the blanks in front of them or with these.
+std::vector<Ranges> OtherWays(std::vector<Line> const& lines, std::string_view before) {
   const std::vector<Line> safe = SafeLines(lines, UnsafeLines(lines, before));
-  std::string cleaned;
-  std::size_t at = 0;
-  for (ListedLine const& line : FindListedLines(safe, before)) {
-    for (ByteRange const& range : line.dropped) {
-      cleaned += before.substr(at, range.begin - at);
-      at = range.end;
-    }
+  if (safe.empty()) {
+    return {};
   }
-  return cleaned.append(before.substr(at));
+  return {RangesOf(safe, before), RangesOf(WithBlanks(safe, before), before)};
 }
 
-/// A cleaned source without a backup is one that was kept. Whether it is, is proved by the recorded
-/// hash, with the listed markers put back; be it all, or those of the lines that are safe. What
-/// stood in a range beside the marker no report tells: such a source is not known to be clean.
+/// A cleaned source without a backup is one that was kept.
 bool IsKept(File const& file, fs::path const& source) {
   SourceFile opened(source);
   const auto cleaned = opened.IsOpen() ? opened.ReadWhole() : std::nullopt;
-  if (!cleaned) {
-    return false;
-  }
-  if (const auto before = Restored(*cleaned, file.lines); before && HashOf(*before) == file.hash) {
-    return true;
-  }
-  const auto before = RestoredWhereGone(*cleaned, file.lines);
-  return before && HashOf(*before) == file.hash && SafelyCleaned(*before, file.lines) == *cleaned;
+  const auto before = cleaned ? Restored(*cleaned, file) : std::nullopt;
+  return before &&
+         (before->hasAllPutBack ||
+          std::ranges::any_of(OtherWays(file.lines, before->text), [&](Ranges const& ranges) {
+            return Without(ranges, before->text) == *cleaned;
+          }));
 }
 
 /// Throws std::runtime_error when the backup is not the source that was analyzed.
-CleanupOutcome OutcomeBeside(FileVersion const& backup, File const& file, fs::path const& root) {
+CleanupOutcome OutcomeBeside(FileVersion const& backup, File const& file, fs::path const& root,
+                             bool takesBlanks) {
   File record = file;
   record.path = BackupOf(file.path);
-  const PlannedCut wanted = MarksFilter(record).Preview(root);
+  PlannedCut wanted = MarksFilter(record).Preview(root);
   const fs::path source = root / file.path;
   if (!StatusAt(source) && errno == ENOENT) {
     return {.state = State::BrokenOff};
@@ -104,27 +99,37 @@ CleanupOutcome OutcomeBeside(FileVersion const& backup, File const& file, fs::pa
   if (!opened.IsOpen()) {
     return {};
   }
-  CleanupOutcome outcome{.state = Comparison(opened).With(wanted),
-                         .versions = PairVersions{opened.Version(), backup}};
-  record.lines = SafeLines(file.lines, UnsafeLines(file.lines, wanted.before));
-  if (outcome.state == State::Unknown && record.lines.size() < file.lines.size() &&
-      !record.lines.empty() && opened.Rewind()) {  // The others were left.
-    outcome.state = Comparison(opened).With(MarksFilter(record).Preview(root));
+  CleanupOutcome outcome{.versions = PairVersions{opened.Version(), backup}};
+  if (!takesBlanks) {
+    outcome.state = Comparison(opened).With(wanted);
+  }
+  if (outcome.state != State::Unknown) {
+    return outcome;
+  }
+  std::vector<Ranges> ways = OtherWays(file.lines, wanted.before);
+  ways.push_back(wanted.dropped);
+  if (takesBlanks) {
+    std::ranges::reverse(ways.begin(), ways.end() - 1);
+  }
+  for (auto way = ways.begin(); way != ways.end() && outcome.state == State::Unknown; ++way) {
+    wanted.dropped = *way;
+    outcome.state = opened.Rewind() ? Comparison(opened).With(wanted) : State::Unknown;
   }
   return outcome;
 }
 
 }  // namespace
 
-CleanupOutcome OutcomeOf(File const& file, fs::path const& root) {
+CleanupOutcome OutcomeOf(File const& file, fs::path const& root, bool takesBlanks) {
   const fs::path source = root / file.path;
   try {
     const auto backup = StatusAt(BackupOf(source));
     if (!backup && errno == ENOENT && IsKept(file, source)) {
       return {.state = State::Kept};
     }
-    return backup && S_ISREG(backup->st_mode) ? OutcomeBeside(FileVersion(*backup), file, root)
-                                              : CleanupOutcome();
+    return backup && S_ISREG(backup->st_mode)
+               ? OutcomeBeside(FileVersion(*backup), file, root, takesBlanks)
+               : CleanupOutcome();
   } catch (std::bad_alloc const&) {
     return {.complaint = "not enough memory to look at " + source.string()};
   } catch (std::exception const&) {  // The backup is not the source that was analyzed.

@@ -26,7 +26,10 @@ struct CleanupOutcome {
   Complaint complaint{};
 };
 
-/// Holds a source against its backup and the record: reads each once. Any thread may call it.
-[[nodiscard]] CleanupOutcome OutcomeOf(File const& file, std::filesystem::path const& root);
+/// Holds a source against its backup and the record: reads each once, mostly. A cleanup may have
+/// left lines that are not safe, and may have taken blanks, too, as WithBlanks tells; the latter is
+/// thought of first if it `takesBlanks`. Any thread may call it.
+[[nodiscard]] CleanupOutcome OutcomeOf(File const& file, std::filesystem::path const& root,
+                                       bool takesBlanks);
 
 }  // namespace companion

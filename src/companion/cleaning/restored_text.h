@@ -4,21 +4,20 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "merge/file.h"
 
 namespace companion {
 
-/// Puts back into `cleaned` the markers of a record, where they stood. Nothing when they cannot
-/// have stood there. A marker is taken to be //-V and the code, with zeros between them where it
-/// was longer; with other text in it the result is wrong. Whether it is the text before, its hash
-/// tells.
-[[nodiscard]] std::optional<std::string> Restored(std::string_view cleaned,
-                                                  std::vector<Line> const& lines);
+struct RestoredText {
+  std::string text;
+  bool hasAllPutBack = false;  ///< None of the listed markers stood there.
+};
 
-/// The same, but lines on which all markers still stand in their places are left as they are.
-[[nodiscard]] std::optional<std::string> RestoredWhereGone(std::string_view cleaned,
-                                                           std::vector<Line> const& lines);
+/// Puts back into `cleaned` the markers of the record where they are gone, as they stood; nothing
+/// when the recorded hash does not prove the result. No report tells all that a cleanup took: a
+/// marker is taken to be //-V and the code, with zeros between them where it was longer, and blanks
+/// that went with it to be all spaces, or all tabs. With other text the source is not recognized.
+[[nodiscard]] std::optional<RestoredText> Restored(std::string_view cleaned, File const& file);
 
 }  // namespace companion

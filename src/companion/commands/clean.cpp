@@ -78,9 +78,9 @@ bool IsHalfPutBack(SourceTree const& tree, std::filesystem::path const& source) 
   return pair.WhatIs() == BackupPair::State::HalfPutBack;
 }
 
-Cleaned CleanAll(Files const& agreed, SourceTree const& tree, Console& console) {
+Cleaned CleanAll(Files const& agreed, SourceTree const& tree, bool takesBlanks, Console& console) {
   const std::vector<File const*> files = FilesToClean(agreed);
-  CarefulCleaner cleaner(tree);
+  CarefulCleaner cleaner(tree, takesBlanks);
   Cleaned cleaned;
   ParallelInOrder<CarefulCleaner::Result>(
       files.size(), [&](std::size_t index) { return cleaner.Clean(*files[index]); },
@@ -102,13 +102,13 @@ Cleaned CleanAll(Files const& agreed, SourceTree const& tree, Console& console) 
 void Clean(Options const& options, Console& console) {
   const SourceTree tree(options.root);
   const auto cleanable = CheckBefore(options, console, [&](File const& file) {
-    return OutcomeOf(file, options.root).state != CleanupOutcome::State::Unknown ||
+    return OutcomeOf(file, options.root, options.blanks).state != CleanupOutcome::State::Unknown ||
            IsHalfPutBack(tree, file.path);
   });
   if (!cleanable) {
     return;
   }
-  Cleaned cleaned = CleanAll(cleanable->files, tree, console);
+  Cleaned cleaned = CleanAll(cleanable->files, tree, options.blanks, console);
   cleaned.refused += cleanable->refused;
   console.Out() << cleaned.Sum(*cleanable, options.skip);
   if (options.keep && cleaned.refused > 0) {

@@ -21,8 +21,9 @@ struct Options {
   std::vector<std::string> without;
   bool list = false;  ///< Of check, and of what is to be cleaned.
   bool complete = false;
-  bool stat = false;  ///< Of preview.
-  bool keep = false;  ///< Of clean.
+  bool stat = false;    ///< Of preview.
+  bool blanks = false;  ///< Of preview and clean.
+  bool keep = false;    ///< Of clean.
   bool skip = false;
   bool help = false;  ///< In place of a command, as are the next two.
   bool version = false;

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "cleaner/marks_filter.h"
+#include "companion/cleaning/with_blanks.h"
 #include "companion/commands/commands.h"
 #include "companion/formats/patch.h"
 #include "companion/output/complaint.h"
@@ -50,7 +51,7 @@ Complaint WrongWithName(File const& file) {
 }
 
 /// What a cleanup changes that leaves the lines alone which are not safe to take out.
-Previewed PreviewSafely(File file, fs::path const& root) {
+Previewed PreviewSafely(File file, fs::path const& root, bool takesBlanks) {
   Previewed previewed;
   PlannedCut source = MarksFilter(file).Preview(root);
   const std::vector<UnsafeLine> unsafe = UnsafeLines(file.lines, source.before);
@@ -60,19 +61,24 @@ Previewed PreviewSafely(File file, fs::path const& root) {
       previewed.complaints.emplace_back(Words(unsafe[i].danger), texts[i]);
     }
     file.lines = SafeLines(file.lines, unsafe);
+  }
+  previewed.markers = CountMarkers(file);
+  if (takesBlanks) {
+    file.lines = WithBlanks(file.lines, source.before);
+  }
+  if (takesBlanks || !unsafe.empty()) {
     source = file.lines.empty() ? PlannedCut() : MarksFilter(file).Preview(root);
   }
   previewed.patch = MakePatch(file.path.native(), source);
-  previewed.markers = CountMarkers(file);
   return previewed;
 }
 
-Previewed PreviewOne(File const& file, fs::path const& root) {
+Previewed PreviewOne(File const& file, Options const& options) {
   if (const Complaint wrong = WrongWithName(file)) {
     return {.complaints = {{KindOf(*wrong), *wrong}}};
   }
   try {
-    return PreviewSafely(file, root);
+    return PreviewSafely(file, options.root, options.blanks);
   } catch (std::exception const& error) {
     return {.complaints = {{KindOf(error.what()), error.what()}}};
   }
@@ -153,7 +159,7 @@ void Preview(Options const& options, Console& console) {
   }
   Printer printer(console, options);
   ParallelInOrder<Previewed>(
-      files.size(), [&](std::size_t index) { return PreviewOne(*files[index], options.root); },
+      files.size(), [&](std::size_t index) { return PreviewOne(*files[index], options); },
       [&](std::size_t index, Previewed const& previewed) {
         printer.Print(*files[index], previewed);
         console.Progress(index + 1, files.size());
