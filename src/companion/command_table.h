@@ -63,6 +63,7 @@ inline constexpr CommandEntry CommandTable[] = {
     {"undo", Undo, "", "Put every backup back in the place of its source."},
     {"keep", Keep, "",
      "Give every cleaned source the permissions and owner of its backup, and delete the backup."},
+    {"status", Status, "", "Tell what backups are there, and what has become of their sources."},
     {"select", Select, "REPORT...",
      "Write what the reports agree on, cut to some codes (V501, V600-V699) and to some paths, as a "
      "report for a cleanup."},
@@ -72,8 +73,8 @@ inline constexpr CommandEntry CommandTable[] = {
 };
 
 /// The commands that work on a project.
-inline constexpr std::initializer_list<Command*> BelowRoot = {Check, Explain, Preview, Clean,
-                                                              Undo,  Keep,    Select,  Page};
+inline constexpr std::initializer_list<Command*> BelowRoot = {Check, Explain, Preview, Clean, Undo,
+                                                              Keep,  Status,  Select,  Page};
 
 /// Those of them that read reports.
 inline constexpr std::initializer_list<Command*> OfReports = {Check, Explain, Preview,
@@ -102,6 +103,7 @@ inline constexpr OptionEntry OptionTable[] = {
     {"", "without-code", "CODE,...", "No such codes.", &Options::withoutCodes, OfReports},
     {"", "path", "GLOB", "Only paths that match.", &Options::paths, BelowRoot},
     {"", "without", "GLOB", "No paths that match.", &Options::without, BelowRoot},
+    {"q", "quiet", "", "Print only what is wrong.", &Options::quiet, {Clean, Undo, Keep}},
     {"h", "help", "", "Display this help.", &Options::help},
     {"v", "version", "", "Show the version, which is qln-fp-cleaner's.", &Options::version},
     {"", "completions", "", "", &Options::completions},

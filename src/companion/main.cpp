@@ -17,6 +17,9 @@ void Run(companion::CommandLine const& command, companion::Console& console) {
     console.Complain("no such directory: " + root.string());
     return;
   }
+  if (command.options.quiet) {
+    console.BeQuiet();
+  }
   try {
     command.run(command.options, console);
   } catch (std::exception const& error) {

@@ -22,6 +22,7 @@ SOURCES = {
 BEFORE = {name: content for name, (content, _, _) in SOURCES.items()}
 CLEANED = {name: cleaned for name, (_, _, cleaned) in SOURCES.items()}
 SKIP = "nothing was cleaned; --skip cleans all else"
+NEXT = "undo or keep: qln-fp-tree keep -r root\n"
 PATCH = b"""--- a/a b.cpp\t
 +++ b/a b.cpp\t
 @@ -1,2 +1,2 @@
@@ -297,7 +298,7 @@ only: 1 marker on 1 line
                                     for name in names))
         for command, said in ("undo", "put back"), ("keep", "kept"):
             self.expect_tool(["clean", "-r", "root", "linked"],
-                             out="40 files cleaned, 40 markers removed, 0 files refused\n")
+                             out="40 files cleaned, 40 markers removed, 0 files refused\n" + NEXT)
             self.expect_tool([command, "-r", "root"], out="".join(
                 f"{said}: root/{name}\n" for name in names) + f"40 files {said}\n")
         self.assertEqual(self.tree(), dict.fromkeys(names, b"\n"))
@@ -571,7 +572,7 @@ root/last:2: V005 goes
 
     def test_clean(self):
         done = "{} cleaned, {} removed, 0 files refused{}\n".format
-        for said in done("4 files", "6 markers", ""), done(
+        for said in done("4 files", "6 markers", "") + NEXT, done(
                 "0 files", "0 markers", "; 4 files already clean"):
             self.expect_tool(["clean", "-r", "root", self.raw], out=said)
             self.assertEqual(self.tree(), {**CLEANED, **{name + BACKUP: content
@@ -617,7 +618,7 @@ root/last:2: V005 goes
         left = ("; left: 1 file changed since the analysis, 1 file gone, 1 file that may not be written "
                 "or read, 1 line with text behind the marker\n")
         skip = ["clean", "-r", "root", "--skip", "merged", "more"]
-        self.expect_tool(skip, 0, "3 files cleaned, 5 markers removed" + left, said, around=around)
+        self.expect_tool(skip, 0, "3 files cleaned, 5 markers removed" + left + NEXT, said, around=around)
         after = {**CLEANED, "last": b"changed", "x": b"//-V5 x\n\n", "held/x": text}
         del after["only"]
         self.assertEqual({name: content for name, content in self.tree().items()
@@ -649,7 +650,7 @@ root/last:2: V005 goes
         arguments = ["clean", "--blanks", "-r", "root", "ends"]
         done = "{}, 0 files refused{}\n".format
         for after, left in ("undo", text), ("keep", cleaned):
-            for said in done("2 files cleaned, 12 markers removed", ""), done(
+            for said in done("2 files cleaned, 12 markers removed", "") + NEXT, done(
                     "0 files cleaned, 0 markers removed", "; 2 files already clean"):
                 self.expect_tool(arguments, out=said)
                 self.assertEqual((self.root / "s").read_bytes(), cleaned)
@@ -661,6 +662,29 @@ root/last:2: V005 goes
         self.source("t", text.replace(b"\t", b" "))
         subprocess.run(["patch", "-s", "-p1", "--binary", "-d", self.root], input=patch, check=True)
         self.assertEqual(self.tree(), {**BEFORE, "s": cleaned, "t": cleaned})
+
+    def test_status(self):
+        self.expect_tool(["status", "-r", "root"], out="0 backups\n")
+        (self.scratch / "its root").symlink_to("root")
+        self.assertIn(b"qln-fp-tree keep -r 'its root'\n", self.run_tool(
+            "clean", "-r", "its root", "merged")[1])
+        self.source("only", b"changed")
+        (self.root / "last").unlink()
+        (self.root / ("d" + BACKUP)).mkdir()
+        odd = "d e/q'\"$(f)\\n*.cpp"
+        before = self.tree()
+        self.expect_tool(["status", "-r", "root"], 1, f"""\
+root/a b.cpp: cleaned
+root/{odd}: cleaned
+root/last: broken off
+root/only: changed
+5 backups: 1 broken off, 1 changed, 2 cleaned
+""", [f"backup is no regular file: root/d{BACKUP}"])
+        self.assertEqual(self.tree(), before)
+        self.expect_tool(["keep", "-q", "-r", "root", "--path", "a b.cpp"])
+        self.expect_tool(["undo", "-q", "-r", "root", "--path", "last", "--path", "only"], 1, "", [
+            "source has changed since the cleanup: root/only"])
+        self.expect_tool(["clean", "-q", "-r", "root", "--path", "last", "merged"])
 
 
 if __name__ == "__main__":

@@ -86,7 +86,7 @@ def words_of_help():
     tree_words = {command: {word for option in options_of(rest)
                             for word in (option, long_forms.get(option, option))}
                   for command, rest in re.findall(r"^  (\w+) +(.*\n(?: {6}.*\n)+)", tree, re.MULTILINE)}
-    of_none = set(long_forms.items()) - {(one, long_forms[one]) for one in ("-r", "-o")}
+    of_none = set(long_forms.items()) - {(one, long_forms[one]) for one in ("-r", "-o", "-q")}
     return {
         "qln-fp-cleaner ": set(words), "qln-fp-cleaner -": options_of(top),
         **{f"qln-fp-cleaner {command} -": options for command, options in words.items()},

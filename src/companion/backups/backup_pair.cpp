@@ -81,6 +81,7 @@ void BackupPair::Compare() {
     m_state = State::HalfPutBack;
     m_complaint = "undo was interrupted, and is to be run again: " + m_name;
   } else {
+    m_state = State::Changed;
     m_complaint = "source has changed since the cleanup: " + m_name;
   }
 }

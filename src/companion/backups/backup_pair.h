@@ -32,7 +32,8 @@ class BackupPair {
     Gone,         ///< Nothing stands in its place.
     HalfPutBack,  ///< It is the original, and the backup what had become of it: putting back broke
                   ///< off.
-    Refused,      ///< Anything else: nothing must be done.
+    Changed,      ///< It holds other text: nothing must be done.
+    Refused,      ///< Anything else, and so here.
   };
 
   /// Opens both, and takes the lock; `source` is relative to the root. `workers` may be null when

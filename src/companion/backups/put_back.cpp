@@ -72,7 +72,7 @@ std::string OpenForWriting(BackupPair const& pair) {
 }
 
 Complaint PutBack(BackupPair const& pair) {
-  if (pair.WhatIs() == BackupPair::State::Refused) {
+  if (pair.WhatIs() == BackupPair::State::Refused || pair.WhatIs() == BackupPair::State::Changed) {
     return pair.WhyNotCleaned();
   }
   if (pair.WhatIs() == BackupPair::State::Gone) {

@@ -14,6 +14,8 @@
 #include "companion/commands/keep.h"
 #include "companion/output/counted.h"
 #include "companion/output/parallel_in_order.h"
+#include "companion/output/printable.h"
+#include "companion/output/shell_word.h"
 #include "companion/reports/reports.h"
 
 namespace companion {
@@ -115,6 +117,9 @@ void Clean(Options const& options, Console& console) {
     console.Complain("backups stay, because files were refused");
   } else if (options.keep) {
     KeepCleaned(options, cleaned.compared, console);
+  } else if (cleaned.files > 0) {
+    console.Out() << "undo or keep: qln-fp-tree keep -r "
+                  << Printable(ShellWord(options.root.native())) << '\n';
   }
 }
 

@@ -47,6 +47,10 @@ void Sarif(Options const& options, Console& console);
 /// as a structured report to options.output.
 void Select(Options const& options, Console& console);
 
+/// Prints, for each backup below options.root, whether its source is cleaned, broken off, or has
+/// changed since. Touches nothing. Complains of what cannot be looked at.
+void Status(Options const& options, Console& console);
+
 /// Renames every backup below options.root to its source, if that is the backup less some markers,
 /// or a beginning of such a text, or gone. Complains of all others, and leaves them.
 void Undo(Options const& options, Console& console);

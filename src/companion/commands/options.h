@@ -25,7 +25,8 @@ struct Options {
   bool blanks = false;  ///< Of preview and clean.
   bool keep = false;    ///< Of clean.
   bool skip = false;
-  bool help = false;  ///< In place of a command, as are the next two.
+  bool quiet = false;  ///< Of clean, undo and keep.
+  bool help = false;   ///< In place of a command, as are the next two.
   bool version = false;
   bool completions = false;
 };

@@ -20,8 +20,11 @@ class Console {
   /// The standard output stream. What a name holds goes through Printable first.
   [[nodiscard]] std::ostream& Out() {
     EndProgress();
-    return m_out;
+    return m_isQuiet ? m_nowhere : m_out;
   }
+
+  /// From now on has nothing printed but complaints and notes.
+  void BeQuiet() { m_isQuiet = true; }
 
   /// Whether anybody can still read what is printed. A command that does nothing but print may stop
   /// when not.
@@ -49,6 +52,8 @@ class Console {
   Descriptor m_standardOutput;
   DescriptorBuffer m_output;
   std::ostream m_out;
+  std::ostream m_nowhere{nullptr};
+  bool m_isQuiet = false;
   bool m_isTerminal;  ///< The standard error stream.
   bool m_isShowing = false;
   Clock::time_point m_nextShow;
