@@ -34,7 +34,7 @@ class PageFile(EndToEnd):
         data = json.loads(text)
         self.assertEqual(data["reports"], [["one", 1, 2], ["two", 1, 1]])
         self.assertEqual((data["warnings"], data["around"], data["codes"], data["votes"]),
-                         ([], 2, ["V501", "V005"], [["g", "ll"], ["s", "ln"]]))
+                         ([], [2, 2], ["V501", "V005"], [["g", "ll"], ["s", "ln"]]))
         shown = CONTENT.decode(errors="replace").replace("\r\n", "\n").rstrip("\n")
         at = shown.index("//-")
         self.assertEqual(data["files"], [

@@ -382,7 +382,7 @@ class Page(EndToEnd):
             "long.cpp": {**{line: [(5, 0, 5)] for line in range(1, lines + 1)},
                          lines + 1: [(6, 20_000, 20_005)]},
             "codes.cpp": {line: [(999 + line, 0, 8)] for line in range(1, 3001)}}}))
-        self.assertIn("with none around", self.text("#made-of")[0])
+        self.assertIn("with no others", self.text("#made-of")[0])
         self.click("#codes-fold")
         self.assertLess(len(self.text("#codes .row")), 200)
         self.click(".file", "long")

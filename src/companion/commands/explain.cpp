@@ -160,7 +160,7 @@ void Explain(Options const& options, Console& console) {
   if (votes.empty() && place->line) {
     numbers.push_back(*place->line);
   }
-  const SourceExcerpt source = ReadExcerpt(reports, place->path, options.root, numbers, 0);
+  const SourceExcerpt source = ReadExcerpt(reports, place->path, options.root, numbers, {});
   Explanation explanation(reports, options.root / place->path, source, console);
   if (votes.empty() && place->line) {
     explanation.PrintUnlisted(*place->line);

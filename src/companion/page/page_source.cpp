@@ -88,7 +88,7 @@ void MarkUnsafe(PageSource& source, std::vector<UnsafeLine> const& unsafe) {
 }  // namespace
 
 PageSource ReadPageSource(Reports const& reports, std::filesystem::path const& path,
-                          std::filesystem::path const& root, std::uint32_t around) {
+                          std::filesystem::path const& root, LinePicker::Around around) {
   PageSource source;
   source.lines = VotesOn(reports, path);
   std::erase_if(source.lines, [](LineVotes const& line) { return line.markers.empty(); });

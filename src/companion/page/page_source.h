@@ -21,7 +21,7 @@ struct PageSource {
   /// For each marker of the lines, in order, where it stands in what is shown of its line, as
   /// ShowLine tells; empty ranges for lines that are not shown.
   std::vector<Range> places;
-  /// The listed lines and `around` lines before and behind each; nothing if it is not as analyzed.
+  /// The listed lines and those around each; nothing if it is not as analyzed.
   /// As JSON, FIRST,TEXT,... where each text is of lines that follow one another from line FIRST
   /// on.
   std::string hunks;
@@ -30,6 +30,7 @@ struct PageSource {
 /// Reads the source `path` below `root`, unless no report lists a line of it. A source that is odd
 /// makes it throw nothing. May be called from any thread; `reports` must outlive the result.
 [[nodiscard]] PageSource ReadPageSource(Reports const& reports, std::filesystem::path const& path,
-                                        std::filesystem::path const& root, std::uint32_t around);
+                                        std::filesystem::path const& root,
+                                        LinePicker::Around around);
 
 }  // namespace companion

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <format>
 #include <iterator>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -32,10 +33,16 @@ std::string NameOf(std::uint64_t code) {
 }  // namespace
 
 std::string PageSourceJson::Of(std::filesystem::path const& path, PageSource const& source,
-                               Reports const& reports) {
+                               std::string_view inTheWay, Reports const& reports) {
   std::string json = "[";
   AppendPageString(json, path.native());
-  std::format_to(std::back_inserter(json), ",{},[", static_cast<int>(source.condition));
+  json += ',';
+  if (inTheWay.empty()) {
+    json += std::to_string(static_cast<int>(source.condition));
+  } else {
+    AppendPageString(json, inTheWay);
+  }
+  json += ",[";
   AppendLines(json, source, reports);
   return json.append("],[").append(source.hunks).append("]]");
 }

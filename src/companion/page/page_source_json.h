@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <string>
+#include <string_view>
 
 #include "companion/page/numbered_values.h"
 #include "companion/page/page_source.h"
@@ -15,9 +16,10 @@ namespace companion {
 /// refer to by number.
 class PageSourceJson {
  public:
+  /// `inTheWay` are the words for what keeps it from being cleaned, if it is as analyzed.
   /// [PATH, STATE, [LINE, COUNT, VOTES, (BEGIN, END, CODE) ..., ...], [FIRST, TEXT, ...]]
   [[nodiscard]] std::string Of(std::filesystem::path const& path, PageSource const& source,
-                               Reports const& reports);
+                               std::string_view inTheWay, Reports const& reports);
 
   /// ["V501", ...]
   [[nodiscard]] std::string Codes() const;

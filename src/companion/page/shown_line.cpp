@@ -13,6 +13,7 @@ namespace companion {
 namespace {
 
 constexpr std::uint64_t MostWhole = 2000;  // In bytes; and so many are shown of a longer line.
+constexpr std::uint64_t MostPlain = 400;   // Of a line without markers.
 constexpr std::uint64_t Around = 200;      // Before and behind a marker.
 
 /// Where the character that holds the byte begins.
@@ -107,8 +108,8 @@ class Cut {
 }  // namespace
 
 ShownLine ShowLine(std::string_view line, std::span<Marker const> markers) {
-  const Cut cut(line, line.size() <= MostWhole ? std::vector<Range>{{0, line.size()}}
-                                               : ShownRanges(line, markers));
+  const bool isWhole = line.size() <= (markers.empty() ? MostPlain : MostWhole);
+  const Cut cut(line, isWhole ? std::vector<Range>{{0, line.size()}} : ShownRanges(line, markers));
   ShownLine shown{cut.Text(), {}};
   std::ranges::transform(markers, std::back_inserter(shown.places),
                          [&cut](Marker const& marker) { return cut.PlaceOf(marker.offsets); });

@@ -87,7 +87,7 @@ void LinePicker::EndLine(char sign) {
 }
 
 void LinePicker::FindNextWanted() {
-  while (!m_listed.empty() && m_listed.front() + m_around < m_line) {
+  while (!m_listed.empty() && std::uint64_t{m_listed.front()} + m_around.behind < m_line) {
     m_listed = m_listed.subspan(1);
   }
   if (m_listed.empty()) {
@@ -95,7 +95,7 @@ void LinePicker::FindNextWanted() {
     return;
   }
   const std::uint64_t listed = m_listed.front();
-  m_wanted = std::max(m_line, listed - std::min(listed, m_around));
+  m_wanted = std::max(m_line, listed - std::min<std::uint64_t>(listed, m_around.before));
 }
 
 }  // namespace companion

@@ -11,10 +11,10 @@
 
 namespace companion {
 
-/// Is given a source piece by piece, and keeps the lines that are listed with `around` lines before
-/// and behind each. Lines end as they do for the filter: LF, CR, CR LF and LF CR are one end each.
-/// Of a very long line only the front is kept, so that what is kept grows with the lines listed,
-/// whatever they hold. For one thread.
+/// Is given a source piece by piece, and keeps the lines that are listed with some around each.
+/// Lines end as they do for the filter: LF, CR, CR LF and LF CR are one end each. Of a very long
+/// line only the front is kept, so that what is kept grows with the lines listed, whatever they
+/// hold. For one thread.
 class LinePicker {
  public:
   /// Lines that follow one another, with an LF between each two.
@@ -24,10 +24,16 @@ class LinePicker {
     std::string text;
   };
 
+  /// How many lines to keep before and behind each listed one.
+  struct Around {
+    std::uint32_t before = 0;
+    std::uint32_t behind = 0;
+  };
+
   static constexpr std::size_t UsualMost = 2000;
 
   /// `listed` ascends, and outlives the picker. `mostOfLine` is how many bytes of a line are kept.
-  LinePicker(std::span<std::uint32_t const> listed, std::uint32_t around,
+  LinePicker(std::span<std::uint32_t const> listed, Around around,
              std::size_t mostOfLine = UsualMost)
       : m_listed(listed), m_around(around), m_mostOfLine(mostOfLine) {
     FindNextWanted();
@@ -46,7 +52,7 @@ class LinePicker {
   [[nodiscard]] bool IsWanted() const { return m_line == m_wanted; }
 
   std::span<std::uint32_t const> m_listed;  ///< Those around which lines may still be wanted.
-  std::uint64_t m_around;
+  Around m_around;
   std::size_t m_mostOfLine;
   std::uint64_t m_line = 1;           ///< The current line.
   std::uint64_t m_wanted = 0;         ///< The next line to keep, maybe the current; 0 for no more.

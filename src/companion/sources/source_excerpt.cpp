@@ -41,7 +41,7 @@ SourceCondition ConditionOf(fs::path const& path, std::optional<std::string>& co
 }  // namespace
 
 SourceExcerpt ReadExcerpt(Reports const& reports, fs::path const& path, fs::path const& root,
-                          std::span<std::uint32_t const> listed, std::uint32_t around,
+                          std::span<std::uint32_t const> listed, LinePicker::Around around,
                           std::size_t mostOfLine) {
   std::optional<std::string> content;
   SourceExcerpt excerpt{.condition = ConditionOf(root / path, content), .hunks = {}, .unsafe = {}};

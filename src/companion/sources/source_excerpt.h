@@ -18,7 +18,7 @@ enum class SourceCondition : std::uint8_t { AsAnalyzed, Missing, Changed, Unread
 
 struct SourceExcerpt {
   SourceCondition condition = SourceCondition::AsAnalyzed;
-  /// The listed lines that it has, and `around` lines before and behind each. In a source that has
+  /// The listed lines that it has, and those around each. In a source that has
   /// changed they may be others than those that the reports mean.
   std::vector<LinePicker::Hunk> hunks;
   /// Where it is as it was analyzed: the lines that are agreed, and not safe to take out.
@@ -29,7 +29,8 @@ struct SourceExcerpt {
 /// `mostOfLine` bytes are kept. Throws nothing but std::bad_alloc; any thread may call it.
 [[nodiscard]] SourceExcerpt ReadExcerpt(Reports const& reports, std::filesystem::path const& path,
                                         std::filesystem::path const& root,
-                                        std::span<std::uint32_t const> listed, std::uint32_t around,
+                                        std::span<std::uint32_t const> listed,
+                                        LinePicker::Around around,
                                         std::size_t mostOfLine = LinePicker::UsualMost);
 
 }  // namespace companion

@@ -9,6 +9,12 @@ const data = JSON.parse(document.getElementById('data').textContent);
 const LINE_HEAD = 3; // of a listed line: number, count of markers, votes
 const FIELDS = 3; // of a marker: begin and end in the line's text, code
 
+const IN_THE_WAY = 4; // The state of a source for which the program tells what is in the way.
+
+const files = data.files.map(([path, state, lines, hunks]) => (typeof state === 'string'
+  ? { path, state: IN_THE_WAY, inTheWay: state, lines, hunks } : { path, state, inTheWay: '', lines, hunks }));
+const folders = foldersOf(files);
+
 // Calls visit(line, votes, at, end, first) for each listed line of a file: its markers are the fields
 // from `at` to before `end`, and the first of them is the file's marker number `first`.
 function eachLine(flat, visit) {
@@ -25,8 +31,7 @@ function eachLine(flat, visit) {
 // `first` of a file is its first marker.
 function flatMarkers(fateOf) {
   const flat = { first: [0], code: [], votes: [], fate: [] };
-  for (const file of data.files) {
-    const [, state, lines] = file;
+  for (const { state, lines } of files) {
     eachLine(lines, (line, votes, at, end) => {
       const fate = fateOf(votes, state);
       for (; at < end; at += FIELDS) {
@@ -66,5 +71,3 @@ function foldersOf(files) {
   return folders;
 }
 
-const files = data.files.map(([path, state, lines, hunks]) => ({ path, state, lines, hunks }));
-const folders = foldersOf(files);

@@ -11,6 +11,7 @@ const FATES = [
   ['missing', 'held', (many) => `in ${count(many, 'missing file')}`, 'goes, but the source is missing'],
   ['changed', 'held', (many) => `in ${count(many, 'changed file')}`, 'goes, but the source has changed'],
   ['unreadable', 'held', (many) => `in ${count(many, 'unreadable file')}`, 'goes, but the source cannot be read'],
+  ['blocked', 'held', (many) => `in ${count(many, 'file')} with something in the way`, 'goes, but something is in the way'],
   ['unlisted', 'stays', () => 'where a report does not list the line', 'stays'],
   ['differing', 'stays', () => 'where reports list different markers', 'stays'],
   ['dropped', 'stays', () => 'where a report takes out what it does not name', 'stays'],
@@ -26,6 +27,7 @@ const STATES = [
   ['changed', 'The source has changed since the analysis, so its lines are not shown: they may have moved. ' +
     'Nothing of it can be cleaned. Analyze again, and its markers can be judged.'],
   ['unreadable', 'The source cannot be read, so its lines cannot be shown, and nothing of it can be cleaned.'],
+  ['blocked', 'Something is in the way of a cleanup of this source, which leaves it as it is.'],
 ].map(([name, text]) => ({ name, text }));
 
 // An entry of `votes` is a fate, which is "g" (goes), "s" (stays) or "u" with why it is not safe to

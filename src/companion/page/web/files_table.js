@@ -5,11 +5,12 @@ const MOST_PRINTED = 1000;
 const MOST_PIECES_PRINTED = 100; // of opened files
 
 // `opened` has for each opened file what sourceView gave last, or null where it is not on this page.
-const table = { rows: [], sums: null, all: null, page: 0, sort: 'all', isDown: true, opened: new Map() };
+const table = { rows: [], sums: null, all: null, longest: 1, page: 0, sort: 'all', isDown: true, opened: new Map() };
 
 function drawTable(sums) {
   table.sums = sums;
-  table.all = Uint32Array.from(files.keys(), (file) => sum(KINDS.map((kind) => sums[kind][file])));
+  table.all = sums.goes.map((goes, file) => goes + sums.held[file] + sums.stays[file]);
+  table.longest = table.all.reduce((one, other) => Math.max(one, other), 1);
   table.rows = [...files.keys()].filter((file) => table.all[file] > 0);
   table.page = 0;
   sortRows();
@@ -35,7 +36,7 @@ function noteOf(file) {
   const { says } = votes[files[file].lines[2]];
   const named = says.filter((said) => !'xr'.includes(said)).length;
   return [
-    files[file].state > 0 && ['', 'missing', 'changed since the analysis', 'cannot be read'][files[file].state],
+    files[file].inTheWay || ['', 'missing', 'changed since the analysis', 'cannot be read'][files[file].state],
     named < says.length && `named by ${number(named)} of ${count(says.length, 'report')}`,
   ].filter(Boolean).join('; ');
 }
@@ -78,9 +79,8 @@ function toggle(file) {
 
 function drawPage(first = table.page * FILES_AT_ONCE, most = FILES_AT_ONCE) {
   const rows = table.rows.slice(first, first + most);
-  const longest = Math.max(1, ...table.all);
   const hadFocus = document.activeElement.id;
-  byId('table').tBodies[0].replaceChildren(...rows.map((file) => fileRow(file, longest)));
+  byId('table').tBodies[0].replaceChildren(...rows.map((file) => fileRow(file, table.longest)));
   rows.filter((file) => table.opened.has(file)).forEach(openFile);
   forgetUndrawn();
   byId('table').hidden = rows.length === 0;

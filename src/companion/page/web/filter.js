@@ -33,16 +33,16 @@ function emptySums(size) {
   return Object.fromEntries(KINDS.map((kind) => [kind, new Uint32Array(size)]));
 }
 
+function byKind(sums) {
+  return FATES.map(({ kind }) => sums[kind]);
+}
+
 // Each chart takes no notice of what is chosen in it, and so says what another choice would give.
 function countMarkers() {
   readChoice();
   const sums = { files: emptySums(files.length), codes: emptySums(data.codes.length),
     folders: emptySums(folders.length), votes: new Uint32Array(votes.length) };
-  for (let file = 0; file < files.length; file++) {
-    if (shown.file[file]) {
-      countFile(sums, file);
-    }
-  }
+  countInto(sums);
   // A folder comes behind the one that it is in.
   for (const kind of KINDS) {
     for (let folder = folders.length - 1; folder > 0; folder--) {
@@ -52,27 +52,23 @@ function countMarkers() {
   return sums;
 }
 
-function countFile(sums, file) {
-  const { folder } = files[file];
-  const isInFolders = shown.isInFolders[file];
-  for (let marker = markers.first[file]; marker < markers.first[file + 1]; marker++) {
-    const fate = markers.fate[marker];
-    if (!shown.fate[fate]) {
-      continue;
-    }
-    const kind = KINDS[KIND_OF_FATE[fate]];
-    const code = markers.code[marker];
-    const isCode = shown.code[code];
-    const isVotes = shown.votes[markers.votes[marker]];
-    if (isVotes && isInFolders) {
-      sums.codes[kind][code]++;
-    }
-    if (isVotes && isCode) {
-      sums.folders[kind][folder]++;
-      sums.files[kind][file] += isInFolders;
-    }
-    if (isCode && isInFolders) {
-      sums.votes[markers.votes[marker]]++;
+// What is used for each marker is at hand: a first look at forty thousand is not yet compiled.
+function countInto(sums) {
+  const { first, fate: fates, code: codes, votes: says } = markers;
+  const { fate: isFate, code: isCode, votes: isVotes } = shown;
+  const [byFile, byCode, byFolder] = [sums.files, sums.codes, sums.folders].map(byKind);
+  for (let file = 0; file < files.length; file++) {
+    const { folder } = files[file];
+    const isInFolders = shown.isInFolders[file];
+    for (let marker = first[file], end = shown.file[file] ? first[file + 1] : 0; marker < end; marker++) {
+      const fate = fates[marker];
+      if (isFate[fate]) {
+        const [code, said] = [codes[marker], says[marker]];
+        byCode[fate][code] += isVotes[said] & isInFolders;
+        byFolder[fate][folder] += isVotes[said] & isCode[code];
+        byFile[fate][file] += isVotes[said] & isCode[code] & isInFolders;
+        sums.votes[said] += isCode[code] & isInFolders;
+      }
     }
   }
 }

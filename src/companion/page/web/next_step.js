@@ -11,11 +11,12 @@ function quoted(word) {
   return /^[\w./,=:@%+-]+$/.test(word) ? word : `'${word.replaceAll('\'', '\'\\\'\'')}'`;
 }
 
-// The files that can go, where they are not just those of the chosen folders.
+// The files that can go, where they are not just those of the chosen folders. Of several globs of
+// paths a command takes what matches any, so that folders cannot narrow those of the page itself.
 function chosenFiles() {
   const goes = table.rows.filter((file) => table.sums.goes[file] > 0);
-  const isByFile = view.name !== '' || !['all', 'goes'].includes(view.fate);
-  return isByFile ? goes : null;
+  const isNarrowed = view.folders.size > 0 && data.filters[2].length > 0;
+  return isNarrowed || view.name !== '' || !['all', 'goes'].includes(view.fate) ? goes : null;
 }
 
 // The command; or, where there is none, an empty text. `why` tells the reason.
@@ -26,16 +27,16 @@ function command() {
   }
   const some = chosenFiles();
   if (some && some.length > MOST_FILES) {
-    return { text: '', why: `These are ${number(some.length)} files: choose fewer for a command.` };
+    return { text: '', why: `No command can say this: it would name ${number(some.length)} files.` };
   }
-  const [allCodes, allPaths, allWithout] = data.filters; // Of the page itself.
-  const codes = view.codes.size > 0 ? [...view.codes].map((one) => data.codes[one]) : allCodes;
+  const [allCodes, withoutCodes, allPaths, withoutPaths] = data.filters; // Of the page itself.
+  const codes = view.codes.size > 0 ? [[...view.codes].map((one) => data.codes[one]).join()] : allCodes;
   const folderPaths = [...view.folders].map((folder) => folders[folder].path);
   const paths = some?.map((file) => files[file].path) ?? folderPaths;
   const options = (name, values) => values.flatMap((value) => [name, value]);
   const words = ['qln-fp-tree', 'clean', '-r', data.root,
-    ...(codes.length > 0 ? ['--code', codes.join()] : []),
-    ...options('--path', paths.length > 0 ? paths.map(patternOf) : allPaths), ...options('--without', allWithout),
+    ...options('--code', codes), ...options('--without-code', withoutCodes),
+    ...options('--path', paths.length > 0 ? paths.map(patternOf) : allPaths), ...options('--without', withoutPaths),
     ...data.reports.map(([report]) => report)];
   return { text: words.map(quoted).join(' '), why: '' };
 }

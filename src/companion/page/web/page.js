@@ -1,10 +1,14 @@
 // Puts the page together, and keeps it with what is chosen.
 
+// What is left out of the sources, by how many lines are shown around each that is listed.
+const AROUND_WORDS = ['no others', 'only the one before it', 'only one before and one behind it'].map((words) =>
+  ` For the page’s size, each line is shown with ${words}.`);
+
 function drawFrame() {
   document.title = `${visibleName(data.root)}: markers that go and stay`;
   byId('made-of').replaceChildren(`${count(markers.count, 'marker')} in ${count(files.length, 'file')} of `,
     make('code', {}, visibleName(data.root)), `, from ${count(data.reports.length, 'report')}. Made ${data.made}.`,
-    data.around < 2 ? ` For their number, lines are shown with ${data.around === 0 ? 'none' : 'one'} around them.` : '');
+    AROUND_WORDS[sum(data.around)] ?? '');
   byId('maker').textContent = `Made by qln-fp-tree ${data.version}. Nothing on this page comes from the network, and nothing is sent.`;
   byId('table').classList.toggle('none-held', !markers.fate.some((fate) => KIND_OF_FATE[fate] === 1));
   byId('none').textContent = markers.count === 0 ? 'No report lists a redundant marker.' : 'No markers are like that.';

@@ -164,8 +164,8 @@ function piecesOf(file) {
 
 // The element of an opened file, which knows its pieces.
 function sourceView(file) {
-  const { state } = files[file];
-  const notes = [state > 0 && make('p', { className: 'notice' }, STATES[state].text)].filter(Boolean);
+  const { state, inTheWay } = files[file];
+  const notes = state > 0 ? [make('p', { className: 'notice' }, STATES[state].text + (inTheWay && ` In the way: ${inTheWay}.`))] : [];
   const view = make('div', { className: 'source' }, notes);
   const pieces = piecesOf(file);
   pieces.slice(0, 1).forEach(({ element }) => drawNow(element));
