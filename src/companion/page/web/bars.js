@@ -4,7 +4,7 @@ const FEW_BARS = 5;
 const DRAWN_AT_ONCE = 30;
 
 function bar(parts, most) {
-  const element = make('span', { className: 'bar' }, parts.map(([className, amount]) => {
+  const element = make('span', { className: 'bar' }, parts.filter(([, amount]) => amount > 0).map(([className, amount]) => {
     const part = make('span', { className });
     part.style.width = `${100 * amount / most}%`;
     return part;

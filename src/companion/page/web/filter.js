@@ -4,7 +4,7 @@
 const shown = { fate: [], code: [], votes: [], file: [], isInFolders: [] };
 
 function chosen(length, isChosen) {
-  return Uint8Array.from({ length }, (_, index) => (isChosen(index) ? 1 : 0));
+  return new Uint8Array(length).map((_, index) => (isChosen(index) ? 1 : 0));
 }
 
 function isKept({ keepers }) {

@@ -101,3 +101,4 @@ for (const part of document.querySelectorAll('main, footer')) {
   part.hidden = false;
 }
 follow();
+setTimeout(countMarkers, 200); // Has the browser compile it before somebody waits for it.
