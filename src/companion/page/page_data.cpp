@@ -133,6 +133,8 @@ void WritePageData(ResultFile& file, Reports const& reports, PageOrigin const& o
   const LinePicker::Around around = LinesAround(reports);
   std::string head = "{\"root\":";
   AppendPageString(head, NameOf(origin.root));
+  head += ",\"typed\":";
+  AppendPageString(head, origin.root.is_relative() ? origin.root.string() : NameOf(origin.root));
   std::format_to(std::back_inserter(head),
                  R"(,"made":"{:%F %R} UTC","version":"{}","reports":[{}],"warnings":{},"equal":{},)"
                  R"("filters":[{},{},{},{}],"around":[{},{}],"files":[)",

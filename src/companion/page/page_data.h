@@ -25,7 +25,8 @@ struct PageOrigin {
 /// Writes, for web/data.js to read, what the reports say, and the lines of the sources
 /// that they say it of:
 ///
-///   {"root": NAME, "made": TIME, "version": VERSION,
+///   {"root": NAME, "typed": as a command has it where the reports are, "made": TIME, "version":
+///   VERSION,
 ///    "reports": [[PATH, files named, markers listed], ...],
 ///    "warnings": [TEXT, ...], "equal": [[report, the one before it that says the same], ...],
 ///    "filters": [[CODE, ...], [CODE without, ...], [GLOB of paths, ...], [GLOB without, ...]],

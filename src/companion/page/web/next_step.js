@@ -34,7 +34,7 @@ function command() {
   const folderPaths = [...view.folders].map((folder) => folders[folder].path);
   const paths = some?.map((file) => files[file].path) ?? folderPaths;
   const options = (name, values) => values.flatMap((value) => [name, value]);
-  const words = ['qln-fp-tree', 'clean', '-r', data.root,
+  const words = ['qln-fp-tree', 'clean', '-r', data.typed,
     ...options('--code', codes), ...options('--without-code', withoutCodes),
     ...options('--path', paths.length > 0 ? paths.map(patternOf) : allPaths), ...options('--without', withoutPaths),
     ...data.reports.map(([report]) => report)];
@@ -70,7 +70,8 @@ function drawStrip() {
   }
   byId('show-all').disabled = isEverything();
   const { text, why } = command();
-  byId('command').textContent = text === '' ? why : visible(text);
+  byId('command').textContent = why || visible(text);
+  byId('command').className = why && 'why';
   byId('copy-command').disabled = text === '';
   byId('copy-command').onclick = () => copy(text);
 }
