@@ -14,7 +14,7 @@ import unittest
 import urllib.parse
 
 from browser import Browser
-from harness import PROGRAM, EndToEnd, record
+from harness import BACKUP, PROGRAM, EndToEnd, record
 
 TOOL = pathlib.Path(PROGRAM).with_name("qln-fp-tree")
 AXE = TOOL.parents[1] / "axe"
@@ -23,7 +23,9 @@ ODD = (b'// </script><script>alert("1")</script><!-- &amp; \\u003c \'\xff\xe2\x8
 AT = ODD.index(b"//-V501")
 ODD_SHOWN = ('// </script><script>alert("1")</script><!-- &amp; \\u003c \'\ufffd\u20ac '
              '\U0001f600<U+2028>\u2400//-V501 <U+202E>')
-GOES, HELD = ("agreed", "unjudged"), ("missing", "changed")
+GOES, STATES = ("agreed", "unjudged"), ("missing", "changed", "blocked")
+HELD = (*STATES, "unsafe")
+TAIL = b" would be code"
 Marker = collections.namedtuple("Marker", "path line code fate keepers")
 
 
@@ -38,7 +40,7 @@ def in_words(markers):
     return {kind: f"{kinds[kind]} {words[kind][kinds[kind] != 1]}" for kind in words}
 
 
-def judged(reports, states):
+def judged(reports, contents, states):
     """The markers that raw reports {name: {path: {line: [(code, begin, end)]}}} list."""
     for path in sorted({path for report in reports.values() for path in report}):
         votes = {name: report[path] for name, report in reports.items() if path in report}
@@ -48,7 +50,8 @@ def judged(reports, states):
                            key=lambda one: one[1])
             keepers = [name for name, markers in lists.items() if markers != union]
             fate = ("unlisted" if None in lists.values() else "differing") if keepers else (
-                states.get(path) or GOES[len(votes) < len(reports)])
+                states.get(path) or ("unsafe" if TAIL in contents[path].split(b"\n")[line - 1]
+                                     else GOES[len(votes) < len(reports)]))
             yield from (Marker(path, line, f"V{code:03}", fate, keepers) for code, _, _ in union)
 
 
@@ -141,7 +144,8 @@ class Page(EndToEnd):
             codes = [[chance.randrange(1, 9) for _ in range(chance.choice((1, 1, 2)))]
                      for _ in range(12)]
             contents[path] = b"".join(
-                b"".join(b"//-V%d" % code for code in line) + b"\n" for line in codes)
+                b"".join(b"//-V%d" % code for code in line) + TAIL * (chance.random() < 0.1) + b"\n"
+                for line in codes)
             whole = {number: [(code, 5 * at, 5 * at + 5) for at, code in enumerate(line)]
                      for number, line in enumerate(codes, 1)}
             for index, report in enumerate(reports.values()):
@@ -154,12 +158,11 @@ class Page(EndToEnd):
         chance = random.Random(20)
         contents, reports = self.random_project(chance)
         names = self.report_all(contents, reports)
-        states = dict(zip(chance.sample(sorted(contents), 6), ["missing", "changed"] * 3))
+        states = dict(zip(chance.sample(sorted(contents), 9), STATES * 3))
         for path, state in states.items():
-            (self.root / path).unlink()
-            if state == "changed":
-                self.source(path, b"changed")
-        markers = list(judged(reports, states))
+            {"missing": (self.root / path).unlink, "changed": lambda: self.source(path, b"changed"),
+             "blocked": lambda: self.source(path + BACKUP, b"")}[state]()
+        markers = list(judged(reports, contents, states))
         self.open_page(*names)
         for name in "codes", "folders", "keepers":
             self.browser.evaluate(f"byId('{name}-fold').hidden || byId('{name}-fold').click()")
@@ -176,7 +179,7 @@ class Page(EndToEnd):
         view = {"fate": chance.choice(["goes", "held", "stays", *GOES, *HELD, "unlisted", "differing"]),
                 "code": some([f"V{code:03}" for code in range(1, 9)], 4), "kept-by": some(names, 3),
                 "in": some(["p", "q", "p/s", "q/t", "r/s"], 3), "alone": "1",
-                "source": chance.choice(HELD), "name": chance.choice(["1", "s/2", ".cpp"])}
+                "source": chance.choice(STATES), "name": chance.choice(["1", "s/2", ".cpp"])}
         return View({key: value for key, value in view.items() if chance.random() < 0.3})
 
     def compare_view(self, view, markers, states, names):
@@ -309,6 +312,7 @@ class Page(EndToEnd):
             "three.json": dict.fromkeys("abc", whole), "few.json": {"a": whole}})
         shutil.copy(self.scratch / three, self.scratch / "other.json")
         self.open_page(three, few, "other.json")
+        self.assertIn("three and other say the same", self.text("#notices")[0])
         self.assertEqual([text[:16] for text in self.text("#warnings li")], ["few names 1 file"])
         os.rename(self.root / path, self.root / "b.cpp")
         self.open_page(one)

@@ -19,6 +19,24 @@ function chosenFiles() {
   return isNarrowed || view.name !== '' || !['all', 'goes'].includes(view.fate) ? goes : null;
 }
 
+const OPTIONS = ['--code', '--without-code', '--path', '--without'];
+
+// `filters` has the values of each option, as data.filters does of those that the page was made with.
+function filterWords(filters) {
+  return filters.flatMap((values, index) => values.flatMap((value) => [OPTIONS[index], value]));
+}
+
+// Of the view. A command refuses a code to be left out that the chosen paths do not have.
+function viewFilters(some) {
+  const [codes, withoutCodes, paths, withoutPaths] = data.filters;
+  const folderPaths = [...view.folders].map((folder) => folders[folder].path);
+  const chosenPaths = (some?.map((file) => files[file].path) ?? folderPaths).map(patternOf);
+  const isByPath = chosenPaths.length > 0;
+  const isByCode = view.codes.size > 0 || (isByPath && withoutCodes.length > 0);
+  return [isByCode ? [data.codes.filter((_, code) => shown.code[code]).join()] : codes, isByCode ? [] : withoutCodes,
+    isByPath ? chosenPaths : paths, withoutPaths];
+}
+
 // The command; or, where there is none, an empty text. `why` tells the reason.
 function command() {
   const goes = sum(table.rows.map((file) => table.sums.goes[file]));
@@ -29,14 +47,7 @@ function command() {
   if (some && some.length > MOST_FILES) {
     return { text: '', why: `No command can say this: it would name ${number(some.length)} files.` };
   }
-  const [allCodes, withoutCodes, allPaths, withoutPaths] = data.filters; // Of the page itself.
-  const codes = view.codes.size > 0 ? [[...view.codes].map((one) => data.codes[one]).join()] : allCodes;
-  const folderPaths = [...view.folders].map((folder) => folders[folder].path);
-  const paths = some?.map((file) => files[file].path) ?? folderPaths;
-  const options = (name, values) => values.flatMap((value) => [name, value]);
-  const words = ['qln-fp-tree', 'clean', '-r', data.typed,
-    ...options('--code', codes), ...options('--without-code', withoutCodes),
-    ...options('--path', paths.length > 0 ? paths.map(patternOf) : allPaths), ...options('--without', withoutPaths),
+  const words = ['qln-fp-tree', 'clean', '-r', data.typed, ...filterWords(viewFilters(some)),
     ...data.reports.map(([report]) => report)];
   return { text: words.map(quoted).join(' '), why: '' };
 }

@@ -5,10 +5,11 @@ const AROUND_WORDS = ['no others', 'only the one before it', 'only one before an
   ` For the page’s size, each line is shown with ${words}.`);
 
 function drawFrame() {
+  const narrowed = filterWords(data.filters);
   document.title = `${visibleName(data.root)}: markers that go and stay`;
   byId('made-of').replaceChildren(`${count(markers.count, 'marker')} in ${count(files.length, 'file')} of `,
     make('code', {}, visibleName(data.root)), `, from ${count(data.reports.length, 'report')}. Made ${data.made}.`,
-    AROUND_WORDS[sum(data.around)] ?? '');
+    narrowed.length > 0 ? ` Narrowed to ${narrowed.map(visible).join(' ')}.` : '', AROUND_WORDS[sum(data.around)] ?? '');
   byId('maker').textContent = `Made by qln-fp-tree ${data.version}. Nothing on this page comes from the network, and nothing is sent.`;
   byId('table').classList.toggle('none-held', !markers.fate.some((fate) => KIND_OF_FATE[fate] === 1));
   byId('none').textContent = markers.count === 0 ? 'No report lists a redundant marker.' : 'No markers are like that.';
