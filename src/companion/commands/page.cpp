@@ -56,7 +56,8 @@ std::vector<fs::path> Readable(std::vector<fs::path> const& reports, CheckedRepo
 
 void Page(Options const& options, Console& console) {
   const Filters filters = FiltersOf(options);
-  PageOrigin origin{options.root, {}, options.codes, options.paths, options.without};
+  PageOrigin origin{options.root,        {}, options.codes, options.paths, options.without,
+                    options.withoutCodes};
   const std::vector<fs::path> paths = GivenOnce(options.reports, origin.warnings);
   std::ranges::for_each(origin.warnings, [&](std::string const& text) { console.Complain(text); });
   CheckedReports checked = CheckReports(paths, options.root, console);
