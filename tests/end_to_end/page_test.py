@@ -354,7 +354,7 @@ class Page(EndToEnd):
         seen = self.browser.evaluate("document.title + document.body.innerText + csv()")
         self.assertFalse(set(hidden) & set(seen))
         shown = "".join(f"<U+{ord(one):04X}>" for one in hidden)
-        self.assertEqual(self.text(".file"), [f"\u2420a{shown}.cpp"])
+        self.assertEqual(self.text(".file"), [f"\u2423a{shown}.cpp"])
         self.assertEqual(self.text(".line code"), [f"{shown}//-V5"])
 
     def test_looks(self):
@@ -380,11 +380,15 @@ class Page(EndToEnd):
                 self.assertEqual(self.browser.evaluate(
                     "getComputedStyle(document.querySelector('del')).textDecorationLine"),
                     "line-through" if forced == "active" else "none")
+                self.assertEqual(forced == "active", self.browser.evaluate("""getComputedStyle(
+                    document.querySelector('mark')).color === getComputedStyle(document.body).color"""))
         self.assertEqual(self.browser.evaluate("document.querySelectorAll('nav [aria-pressed], .look[aria-pressed]').length"), 0)
         self.browser.look(media="print")
         self.browser.evaluate("dispatchEvent(new Event('beforeprint'))")
         self.assertEqual(self.text("#printed"), ["2 of 2 files, 2 of them opened; from the reports one.json and two.json."])
         self.assertIsNone(self.browser.evaluate("byId('filter').offsetParent"))
+        # What is drawn as a button is not repeated on each page.
+        self.assertEqual(self.browser.evaluate("getComputedStyle(document.querySelector('thead button')).display"), "contents")
 
     def test_large(self):
         lines = 70_000

@@ -5,7 +5,7 @@ const MOST_PRINTED = 1000;
 const MOST_PIECES_PRINTED = 100; // of opened files
 
 // `opened` has for each opened file what sourceView gave last, or null where it is not on this page.
-const table = { rows: [], sums: null, all: null, longest: 1, page: 0, sort: 'all', isDown: true, opened: new Map() };
+const table = { columns: 5, rows: [], sums: null, all: null, longest: 1, page: 0, sort: 'all', isDown: true, opened: new Map() };
 
 function drawTable(sums) {
   table.sums = sums;
@@ -58,7 +58,7 @@ function fileRow(file, most) {
 function openFile(file) {
   const button = byId(`file-${file}`);
   const source = sourceView(file);
-  const row = make('tr', { className: 'opened', id: `source-${file}` }, make('td', { colSpan: 5 }, source.view));
+  const row = make('tr', { className: 'opened', id: `source-${file}` }, make('td', { colSpan: table.columns }, source.view));
   table.opened.set(file, source);
   button.closest('tr').after(row);
   button.setAttribute('aria-expanded', 'true');

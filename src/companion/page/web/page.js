@@ -11,7 +11,10 @@ function drawFrame() {
     make('code', {}, visibleName(data.root)), `, from ${count(data.reports.length, 'report')}. Made ${data.made}.`,
     narrowed.length > 0 ? ` Narrowed to ${narrowed.map(visible).join(' ')}.` : '', AROUND_WORDS[sum(data.around)] ?? '');
   byId('maker').textContent = `Made by qln-fp-tree ${data.version}. Nothing on this page comes from the network, and nothing is sent.`;
-  byId('table').classList.toggle('none-held', !markers.fate.some((fate) => KIND_OF_FATE[fate] === 1));
+  if (!markers.fate.some((fate) => KIND_OF_FATE[fate] === 1)) {
+    byId('table').classList.add('none-held');
+    table.columns--;
+  }
   byId('none').textContent = markers.count === 0 ? 'No report lists a redundant marker.' : 'No markers are like that.';
   byId('charts').open = matchMedia('(min-width: 36rem)').matches;
   drawWarnings();

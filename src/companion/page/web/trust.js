@@ -23,14 +23,15 @@ function drawNotices() {
   STATES.forEach(({ name }, state) => {
     const amount = files.filter((file) => file.state === state).length;
     if (state > 0 && amount > 0) {
-      const words = { changed: 'changed since the analysis', blocked: 'with something in the way of a cleanup' }[name] ?? name;
-      notice(`${count(amount, 'source')} ${amount === 1 ? 'is' : 'are'} ${words}. `,
+      const [are, have] = amount === 1 ? ['is', 'has'] : ['are', 'have'];
+      const words = { changed: `${have} changed since the analysis`, blocked: `${have} something in the way of a cleanup` };
+      notice(`${count(amount, 'source')} ${words[name] ?? `${are} ${name}`}. `,
         makeButton({ onclick: () => choose({ state }) }, amount === 1 ? 'Show it' : 'Show them'));
     }
   });
   for (const [first, pairs] of grouped(data.equal, (pair) => pair[1])) {
     const equal = [first, ...pairs.map(([report]) => report)].map((report) => reportNames[report]);
-    notice(`${listed(equal)} say the same: their builds may agree, or one report may be a copy in another's place.`);
+    notice(`${listed(equal)} say the same: their builds may agree, or one report may be a copy in another’s place.`);
   }
   if (files.length > 0 && files.every(({ state }) => STATES[state].name === 'missing')) {
     notice('No source is there at all: this looks like the wrong folder. Nothing goes.');

@@ -63,7 +63,7 @@ function visible(text) {
 // Names also show those blanks that a browser would leave out.
 function visibleName(name) {
   return name.replace(HIDDEN_IN_NAMES, (sign) =>
-    (sign[0] === ' ' ? '\u2420'.repeat(sign.length) : shownSign(sign)));
+    (sign[0] === ' ' ? '\u2423'.repeat(sign.length) : shownSign(sign)));
 }
 
 function listed(names) {
