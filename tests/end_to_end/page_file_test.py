@@ -1,20 +1,21 @@
 """qln-fp-tree page: the file that it writes. page_test.py looks at it in a browser."""
 
 import json
+import os
 import pathlib
 import re
 import subprocess
 import unittest
 
-from harness import PROGRAM, EndToEnd, record
+from harness import PROGRAM, UNPRIVILEGED, EndToEnd, record
 
 TOOL = pathlib.Path(PROGRAM).with_name("qln-fp-tree")
 CONTENT = b"// </script>\xff\xe2\x82\xac<!--&//-V501 \\\"\x01\r\nx //-V5\n"
 
 
 class PageFile(EndToEnd):
-    def run_page(self, output, *reports, **options):
-        done = subprocess.run([TOOL, "page", "-r", "root", "-o", output, *reports],
+    def run_page(self, output, *reports, around=(), **options):
+        done = subprocess.run([*around, TOOL, "page", "-r", "root", "-o", output, *reports],
                               capture_output=True, cwd=self.scratch, **options)
         return done.returncode, done.stdout.decode(), done.stderr.decode()
 
@@ -40,6 +41,14 @@ class PageFile(EndToEnd):
         self.assertEqual(data["files"], [
             ["a/b.cpp", 0, [1, 1, 0, at, at + 7, 0, 2, 1, 1, 2, 7, 1], [1, shown]]])
         self.assertEqual([path.name for path in self.scratch.glob("page*")], ["page.html"])
+
+    def test_a_folder_that_may_not_be_written(self):
+        other = self.source("a/c.cpp", b"//-V5\n")
+        (self.root / "a").chmod(0o555)
+        self.addCleanup((self.root / "a").chmod, 0o755)
+        self.raw_report("other", record(other, b"//-V5\n", {1: [(5, 0, 5)]}))
+        self.run_page("page.html", self.one, "other", around=UNPRIVILEGED if os.geteuid() == 0 else ())
+        self.assertEqual((self.scratch / "page.html").read_text().count(',"source in a folder that may not be written",'), 2)
 
     def test_line_ends_and_long_lines(self):
         lines = [b"1\r", b"2\n\r", b"3\r\n", b"4\n", b"\n", b"6\r", b"7" * 3000 + b"\r", b"8"]

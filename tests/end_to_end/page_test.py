@@ -161,7 +161,7 @@ class Page(EndToEnd):
         states = dict(zip(chance.sample(sorted(contents), 9), STATES * 3))
         for path, state in states.items():
             {"missing": (self.root / path).unlink, "changed": lambda: self.source(path, b"changed"),
-             "blocked": lambda: self.source(path + BACKUP, b"")}[state]()
+             "blocked": lambda: self.source(path + BACKUP, b"other")}[state]()
         markers = list(judged(reports, contents, states))
         self.compare_all(markers, states, names)
         self.compare_all([one for one in markers if one.path[0] in "pq" and one.code not in ("V002", "V003")],
@@ -230,8 +230,8 @@ class Page(EndToEnd):
         if not goes:
             self.assertEqual(" ".join(words), "Nothing of this can be cleaned.")
             return
-        self.assertEqual(words[:2], ["qln-fp-tree", "clean"])
-        subprocess.run([TOOL, "select", "-o", "part.json", *words[2:]], check=True, cwd=self.scratch)
+        self.assertEqual(words[:3], ["qln-fp-tree", "clean", "--skip"])
+        subprocess.run([TOOL, "select", "-o", "part.json", *words[3:]], check=True, cwd=self.scratch)
         files = json.loads((self.scratch / "part.json").read_bytes())["files"]
         taken = {(file["path"], line["line"], f"V{marker['code']:03}") for file in files
                  for line in file["lines"] for marker in line["markers"]}

@@ -53,3 +53,4 @@ const markers = flatMarkers((index, state) => {
   const { fate } = votes[index];
   return state > 0 && FATES[fate].kind !== 'stays' ? FATE_NAMES.indexOf(STATES[state].name) : fate;
 });
+const isAnyHeld = markers.fate.some((fate) => KIND_OF_FATE[fate] === KINDS.indexOf('held'));

@@ -47,8 +47,8 @@ function command() {
   if (some && some.length > MOST_FILES) {
     return { text: '', why: `No command can say this: it would name ${number(some.length)} files.` };
   }
-  const words = ['qln-fp-tree', 'clean', '-r', data.typed, ...filterWords(viewFilters(some)),
-    ...data.reports.map(([report]) => report)];
+  const words = ['qln-fp-tree', 'clean', ...(isAnyHeld ? ['--skip'] : []), '-r', data.typed,
+    ...filterWords(viewFilters(some)), ...data.reports.map(([report]) => report)];
   return { text: words.map(quoted).join(' '), why: '' };
 }
 

@@ -11,7 +11,7 @@ function drawFrame() {
     make('code', {}, visibleName(data.root)), `, from ${count(data.reports.length, 'report')}. Made ${data.made}.`,
     narrowed.length > 0 ? ` Narrowed to ${narrowed.map(visible).join(' ')}.` : '', AROUND_WORDS[sum(data.around)] ?? '');
   byId('maker').textContent = `Made by qln-fp-tree ${data.version}. Nothing on this page comes from the network, and nothing is sent.`;
-  if (!markers.fate.some((fate) => KIND_OF_FATE[fate] === 1)) {
+  if (!isAnyHeld) {
     byId('table').classList.add('none-held');
     table.columns--;
   }
