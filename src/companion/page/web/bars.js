@@ -19,10 +19,11 @@ function verb(kind, amount) {
   return `${number(amount)} ${VERBS[kind][amount === 1 ? 0 : 1]}`;
 }
 
-// A row of a chart is { key, label, parts: [[class, amount, words], ...], isChosen, choose, look }.
+// A row of a chart is { key, label, parts: [[class, amount, makeWords], ...], isChosen, choose, look }.
 // One without `choose` is no button; `look`, if there is one, goes into it.
 function barRow(row, most) {
-  const words = row.parts.filter(([, amount]) => amount > 0).map(([className, , said]) => make('span', { className }, said));
+  const words = row.parts.filter(([, amount]) => amount > 0).map(([className, amount, said]) =>
+    make('span', { className }, said(className, amount)));
   const content = [make('span', { className: 'label' }, row.label), bar(row.parts, most),
     make('span', { className: 'amounts' }, words.flatMap((word) => [word, ' ']))];
   if (!row.choose) {
@@ -35,16 +36,15 @@ function barRow(row, most) {
   return [button, ...look];
 }
 
-function barLength({ parts }) {
-  return sum(parts.map(([, amount]) => amount));
-}
-
 const wholeCharts = new Set(); // Those of which every bar is asked for.
 
-function drawBars(id, rows) {
+// Rows that have nothing are left out, but for those that are chosen.
+function drawBars(id, all) {
   const list = byId(id);
-  rows.sort((one, other) => barLength(other) - barLength(one));
-  const most = Math.max(1, ...rows.slice(0, 1).map(barLength));
+  all.forEach((row) => { row.length = sum(row.parts.map(([, amount]) => amount)); });
+  const rows = all.filter(({ isChosen, length }) => isChosen || length > 0);
+  rows.sort((one, other) => other.length - one.length);
+  const most = Math.max(1, rows[0]?.length ?? 0);
   const isWhole = wholeCharts.has(id) || rows.length <= FEW_BARS;
   const few = rows.filter((row, index) => isWhole || index < FEW_BARS || row.isChosen);
   const key = list.contains(document.activeElement) ? document.activeElement.dataset.key ?? '' : null;
@@ -72,22 +72,18 @@ function drawFold(id, rows, isWhole) {
 }
 
 function partsOf(sums, index) {
-  return KINDS.map((kind) => [kind, sums[kind][index], verb(kind, sums[kind][index])]);
-}
-
-function isWorthARow(row) {
-  return row.isChosen || barLength(row) > 0;
+  return KINDS.map((kind) => [kind, sums[kind][index], verb]);
 }
 
 function drawCodes(sums) {
   drawBars('codes', data.codes.map((label, code) => ({ key: label, label, parts: partsOf(sums, code),
-    isChosen: view.codes.has(code), choose: () => toggleIn('codes', code) })).filter(isWorthARow));
+    isChosen: view.codes.has(code), choose: () => toggleIn('codes', code) })));
 }
 
 function drawKeepers(byVotes) {
   drawBars('keepers', countKept(byVotes).map(({ alone, together }, report) => ({
     key: String(report), label: reportNames[report],
-    parts: [['alone', alone, `${number(alone)} alone`], ['stays', together, `${number(together)} shared`]],
+    parts: [['alone', alone, () => `${number(alone)} alone`], ['stays', together, () => `${number(together)} shared`]],
     isChosen: view.keepers.has(report), choose: () => toggleIn('keepers', report),
-  })).filter(isWorthARow));
+  })));
 }

@@ -24,7 +24,7 @@ function drawFolders(sums) {
       isChosen: view.folders.has(folder), choose: () => toggleIn('folders', folder),
       look: folders[folder].children.length > 0 ? () => lookInto(folder, sums) : null };
   });
-  drawBars('folders', [...rows, { label: 'files right here', parts: partsOf(here, 0) }].filter(isWorthARow));
+  drawBars('folders', [...rows, { label: 'files right here', parts: partsOf(here, 0) }]);
   drawTrail(current, sums);
 }
 
