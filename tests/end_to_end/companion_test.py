@@ -637,6 +637,31 @@ root/last:2: V005 goes
             "source that is a link, and would become a file: root/link", said[3]])
         self.expect_tool([*skip, "none"], 1, "", ["no such report: none", "nothing was cleaned"])
 
+    def test_clean_a_tree_that_moved(self):
+        kinds = [(b"int x;  //-V501\n", [(501, 8, 15)], b"int x;  \n"), (b"\tint w;\n", [], None),
+                 (b"int y; //-V501 //-V6\n", [(501, 7, 14), (6, 15, 20)], b"int y;  \n"),
+                 (b"int z; //-V6 text\n", [(6, 7, 12)], None), (b"//-V501\n", [(501, 0, 7)], b"\n"),
+                 (b"s = \"//-V6\";\n", [(6, 5, 10)], None)]
+        chance, changed, wanted, records = random.Random(5), 0, {}, []
+        for number in range(2000):
+            lines = chance.choices(kinds, k=chance.randrange(1, 30))
+            text = b"".join(before for before, _, _ in lines)
+            after = b"".join(after or before for before, _, after in lines)
+            records.append(record(f"root/moved/{number}", text, {
+                place: markers for place, (_, markers, _) in enumerate(lines, 1) if markers}))
+            if chance.random() < 0.025:
+                changed += bool(records[-1]["lines"])
+                text = after = b"new\n" + text
+            self.source(f"moved/{number}", text)
+            wanted[f"moved/{number}"] = after
+        self.raw_report("moved", *records)
+        for _ in range(2):
+            status, out, errors = self.run_tool("clean", "--skip", "-r", "root", "moved")
+            self.assertEqual((status, errors.count(b"not the source that was analyzed: ")), (0, changed))
+            self.assertIn(b"left: %d files changed since the analysis, " % changed, out)
+            self.run_tool("keep", "-q", "-r", "root")
+            self.assertEqual(self.tree(), {**BEFORE, **wanted})
+
     def test_blanks(self):
         text = b"x \t //-V5 //-V6\r\n  //-V5\r\ny  //-V6 w //-V7\r\nz //-V5 \r\nlast  //-V6"
         markers = {1: [(5, 4, 9), (6, 10, 15)], 2: [(5, 2, 7)], 3: [(7, 11, 16)],
