@@ -4,11 +4,13 @@
 #include <cstddef>
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "companion/commands/check.h"
+#include "companion/commands/cleanable.h"
+#include "companion/commands/options.h"
 #include "companion/output/complaints.h"
 #include "companion/reports/source_records.h"
 #include "companion/sources/obstacles.h"
