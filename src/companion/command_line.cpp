@@ -9,11 +9,13 @@
 #include <format>
 #include <iterator>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <variant>
 #include <vector>
 
 #include "companion/command_table.h"
+#include "companion/similar_word.h"
 #include "companion/usage.h"
 
 namespace companion {
@@ -26,6 +28,9 @@ using Values = std::vector<std::string>;
 
 void Set(bool& target, Values const& /*none*/) {
   target = true;
+}
+void Set(std::string& target, Values const& values) {
+  target = values.front();
 }
 void Set(std::filesystem::path& target, Values const& values) {
   target = values.front();
@@ -44,7 +49,7 @@ struct Arguments {
           args::Nargs(option.value.empty() ? 0 : 1), [this, &option](Values const& values) {
             std::visit([&](auto member) { Set(options.*member, values); }, option.target);
             if (options.help) {
-              throw args::Help("");  // Whatever stands behind it.
+              throw args::Help("");  // Whatever stands behind it; Parse catches this.
             }
           });
     }
@@ -61,15 +66,51 @@ struct Arguments {
   throw args::ValidationError(what);
 }
 
-CommandEntry const& FindCommand(Values const& words) {
-  if (words.empty()) {
-    Refuse("no command");
+template <typename Table>
+[[noreturn]] void RefuseUnknown(std::string_view what, std::string_view typed,
+                                std::string_view word, Table const& table) {
+  std::vector<std::string_view> names;
+  for (auto const& entry : table) {
+    names.push_back(entry.name);
   }
-  auto const* const found = std::ranges::find(CommandTable, words.front(), &CommandEntry::name);
-  if (found == std::end(CommandTable)) {
-    Refuse("no such command: " + words.front());
+  const std::string_view similar = SimilarWord(word, names);
+  const std::string_view dashes = typed.substr(0, typed.size() - word.size());
+  Refuse(std::format("no such {}: {}", what, typed) +
+         (similar.empty() ? "" : std::format(" (did you mean {}{}?)", dashes, similar)));
+}
+
+/// The command of that name; of two, the one that has -r if `hasRoot`.
+CommandEntry const& FindCommand(std::string const& name, bool hasRoot) {
+  CommandEntry const* found = nullptr;
+  for (CommandEntry const& entry : CommandTable) {
+    const bool takesRoot = OptionTable[0].IsOf(entry.run);
+    if (entry.name == name && (found == nullptr || takesRoot == hasRoot)) {
+      found = &entry;
+    }
+  }
+  if (found == nullptr) {
+    RefuseUnknown("command", name, name, CommandTable);
   }
   return *found;
+}
+
+/// What is parsed: an option that may stand without its value gets the usual one, since the parser
+/// would take the next word for it.
+Values ArgumentsOf(int argc, char const* const* argv) {
+  Values values(argv + std::min(argc, 1), argv + argc);
+  for (std::string& value : values) {
+    if (value == "--") {
+      break;
+    }
+    const std::string_view name = std::string_view(value).substr(0, value.find('='));
+    if (name.size() > 2 && name.starts_with("--") &&
+        std::ranges::find(OptionTable, name.substr(2), &OptionEntry::name) ==
+            std::end(OptionTable)) {
+      RefuseUnknown("option", name, name.substr(2), OptionTable);
+    }
+    value += value == "--stat" ? std::format("={}", StatByFile) : "";
+  }
+  return values;
 }
 
 /// Refuses an option that the command does not have.
@@ -95,11 +136,11 @@ void RefuseLack(CommandEntry const& command, Options const& options) {
 /// Takes the words behind the command.
 void TakeWords(CommandEntry const& command, Values const& words, Options& options) {
   const auto given = std::ssize(words) - 1;
-  const auto needed = command.words.empty() ? 0 : std::ranges::count(command.words, ' ') + 1;
-  if (given < needed) {
+  const auto most = command.words.empty() ? 0 : std::ranges::count(command.words, ' ') + 1;
+  if (given < (command.words.starts_with('[') ? 0 : most)) {
     Refuse(std::format("{} needs {}", command.name, command.words));
   }
-  if (given > needed && !command.words.ends_with("...")) {
+  if (given > most && !command.words.ends_with("...")) {
     Refuse(std::format("too many words for {}", command.name));
   }
   auto word = words.begin() + 1;
@@ -109,13 +150,48 @@ void TakeWords(CommandEntry const& command, Values const& words, Options& option
   options.reports.assign(word, words.end());
 }
 
-/// What the parsed arguments ask to be run. Throws args::Error.
+/// What is to be run; its command is null for the help.
 CommandLine TakeCommand(Arguments& arguments) {
-  CommandEntry const& command = FindCommand(arguments.words.Get());
+  Values const& words = arguments.words.Get();
+  if (words.empty()) {
+    Refuse("no command");
+  }
+  CommandEntry const& command = FindCommand(words.front(), !arguments.options.root.empty());
   RefuseSurplus(command, arguments);
   RefuseLack(command, arguments.options);
-  TakeWords(command, arguments.words.Get(), arguments.options);
+  TakeWords(command, words, arguments.options);
   return {command.run, std::move(arguments.options)};
+}
+
+/// The help of the command that is named, or of all.
+std::string HelpOn(Values const& words) {
+  return words.empty() ? Usage() : UsageOf(FindCommand(words.front(), false).name);
+}
+
+void Parse(Arguments& arguments, Values const& values) {
+  try {
+    arguments.parser.ParseArgs(values);
+  } catch (args::Help const&) {
+    // The options say so, too.
+  }
+}
+
+/// Answers what needs no command, or returns the command line. Throws args::Error.
+std::optional<CommandLine> Answer(Arguments& arguments, Console& console) {
+  Options const& options = arguments.options;
+  if (options.help) {
+    console.Out() << HelpOn(arguments.words.Get());
+  } else if (options.version) {
+    console.Out() << "qln-fp-tree  " QLN_VERSION " ARM64\n";
+  } else if (options.completions) {
+    console.Out() << Completions();
+  } else if (CommandLine command = TakeCommand(arguments); command.run != nullptr) {
+    return command;
+  } else {
+    Values const& words = arguments.words.Get();
+    console.Out() << HelpOn({words.begin() + 1, words.end()});
+  }
+  return std::nullopt;
 }
 
 }  // namespace
@@ -123,19 +199,10 @@ CommandLine TakeCommand(Arguments& arguments) {
 std::optional<CommandLine> ParseCommandLine(int argc, char const* const* argv, Console& console,
                                             int& status) {
   Arguments arguments;
-  Options const& options = arguments.options;
   status = EXIT_SUCCESS;
   try {
-    arguments.parser.ParseCLI(argc, argv);
-    if (options.version) {
-      console.Out() << "qln-fp-tree  " QLN_VERSION " ARM64\n";
-    } else if (options.completions) {
-      console.Out() << Completions();
-    } else {
-      return TakeCommand(arguments);
-    }
-  } catch (args::Help const&) {
-    console.Out() << Usage();
+    Parse(arguments, ArgumentsOf(argc, argv));
+    return Answer(arguments, console);
   } catch (args::Error const& error) {
     console.Complain(std::format("{}; see qln-fp-tree --help", error.what()));
     status = WrongUsage;

@@ -2,11 +2,15 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 namespace companion {
 
 /// The help, in lines of at most 80 columns.
 [[nodiscard]] std::string Usage();
+
+/// The help of the command, or of both of one name.
+[[nodiscard]] std::string UsageOf(std::string_view command);
 
 /// What may stand on a command line, for the completions of all shells: a line for each command,
 /// and for each option of each. It has, with `|` between them: the command behind which this may

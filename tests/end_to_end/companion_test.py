@@ -60,10 +60,28 @@ class Companion(EndToEnd):
     def test_command_line(self):
         version = self.run_program("--version")[1].decode()
         self.expect_tool(["--version"], out=version.replace("cleaner", "tree"))
-        self.assertEqual(self.run_tool("keep", "-h"), (0, self.run_tool("--help")[1], b""))
+        self.assertEqual(self.run_tool("help"), (0, self.run_tool("--help")[1], b""))
+        for line in "keep -h", "help keep":
+            self.expect_tool(line.split(), out="""\
+Usage: qln-fp-tree keep -r ROOT [--path GLOB] [--without GLOB] [-q]
+
+Give every cleaned source the permissions and owner of its backup, and delete
+the backup.
+
+  -r, --sourcetree-root ROOT  The project's root.
+      --path GLOB             Only paths that match.
+      --without GLOB          No paths that match.
+  -q, --quiet                 Print only what is wrong.
+
+Examples:
+
+  qln-fp-tree keep -r project
+  qln-fp-tree keep -r . --without third_party
+""")
         for line, why in (
                 ("", "no command"), ("-x", "Flag could not be matched: 'x'"),
-                ("x", "no such command: x"), ("undo", "undo needs -r ROOT"),
+                ("x", "no such command: x"), ("help lsit", "no such command: lsit (did you mean list?)"),
+                ("undo --sat", "no such option: --sat (did you mean --stat?)"), ("undo", "undo needs -r ROOT"),
                 ("keep -r", "Flag 'r' requires an argument but received none"),
                 ("check -r .", "check needs REPORT..."),
                 ("explain -r . f", "explain needs FILE[:LINE] REPORT..."),
@@ -98,8 +116,8 @@ root/no: not named by merged, gone, root, blank, none, cut, /dev/stdin
 root/only: not named by wrong, gone, root, blank, none, cut
 root/x\\ny: not named by merged, gone, root, blank, none, cut, /dev/stdin
 """, [
-            "no such report: gone", "no such report: root", "empty report: blank",
-            f"Parsing error for file '{self.scratch}/none'.",
+            "no such report: gone", "no marker report but a folder: root", "empty report: blank",
+            "no marker report from byte 2, line 1 on: none",
             "report cut short, or not to be checked: cut"], input=(self.scratch / self.raw).read_bytes())
         self.expect_tool(["check", "-r", "root", "wrong", "merged", "--path", "a b.cpp"], 1, """\
 2 reports, 1 source, 1 marker; every source is named by every report
@@ -185,6 +203,18 @@ last: 1 marker on 1 line
 only: 1 marker on 1 line
 4 files, 6 markers on 5 lines
 """)
+        self.expect_tool(["preview", "--exit-code", "--stat=code", "-r", "root", "merged"], 3, """\
+V005: 3 markers on 2 lines
+V006: 1 marker on 1 line
+V009: 1 marker on 1 line
+V501: 1 marker on 1 line
+4 files, 6 markers on 5 lines
+""")
+        self.raw_report("none", record("root/last", BEFORE["last"], {}))
+        for line, status, why in (
+                ("--exit-code none", 0, []), ("--exit-code merged gone", 1, ["no such report: gone"]),
+                ("--stat=x none", 1, ["--stat counts by file or by code, not by x"])):
+            self.expect_tool(["preview", "-r", "root", *line.split()], status, "", why)
         subprocess.run(["patch", "-s", "-p1", "-d", self.root], input=patch, check=True)
         self.assertEqual(self.tree(), CLEANED)
 
@@ -418,13 +448,18 @@ only: 1 marker on 1 line
                     self.assertIn(f"    {name}: {wanted}", vote)
 
     def test_explain(self):
-        self.raw_report("less", record("root/last", BEFORE["last"], {}))
-        self.expect_tool(["explain", "-r", "root", "root/last:2", "merged", "less"], out="""\
+        last = [record("root/last", BEFORE["last"], markers) for markers in ({}, SOURCES["last"][1])]
+        self.raw_report("less", last[0])
+        self.raw_report("differing", last[1], *last)
+        self.expect_tool(["explain", "-r", "root", "root/last:2:1:", "merged", "less", "differing"], out="""\
 root/last:2: V005 stays
     merged: lists it
     less: does not list the line
+    differing: lists it in 2 of 3 records
     | //-V5
 """)
+        self.expect_tool(["explain", "-r", "root", "last:3", "merged"], 1, "", ["no such line: root/last:3"])
+        self.expect_tool(["explain", "-r", "root/d e", "a:1:2:3", self.raw], 1, "", ["no report names a:1:2:3"])
         self.expect_tool(["explain", "-r", "root", "last:1", "merged"], out="""\
 root/last:1: listed by no report, and so left as it is
     | x

@@ -10,6 +10,7 @@
 #include "companion/output/parallel_in_order.h"
 #include "companion/reports/narrow.h"
 #include "companion/reports/read_reports.h"
+#include "companion/sources/other_machine.h"
 
 namespace companion {
 
@@ -32,6 +33,9 @@ void CheckSources(std::vector<SourceRecords> const& sources, Findings& findings,
         console.Progress(index + 1, sources.size());
         return true;
       });
+  if (const Complaint hint = HintOfOtherMachine(sources, options.root)) {
+    console.Complain(*hint);
+  }
 }
 
 CheckedReports ReadNarrowed(Options const& options, Console& console) {
@@ -41,10 +45,8 @@ CheckedReports ReadNarrowed(Options const& options, Console& console) {
   return checked;
 }
 
-}  // namespace
-
-void Check(Options const& options, Console& console) {
-  const CheckedReports checked = ReadNarrowed(options, console);
+/// Whether there was nothing to complain of. `tells` has it print what was looked at.
+bool CheckAll(CheckedReports const& checked, Options const& options, Console& console, bool tells) {
   const IsExcused never = [](File const& /*file*/) { return false; };
   Findings findings(options, checked.reports, never, console);
   const std::vector<SourceRecords> sources = RecordsBySource(checked.reports);
@@ -53,10 +55,27 @@ void Check(Options const& options, Console& console) {
     CheckSources(sources, findings, checked.reports, options, console);
   }
   findings.Finish();
-  if (checked.areWhole && findings.IsGood()) {
+  const bool isGood = checked.areWhole && findings.IsGood();
+  if (tells && isGood) {
     console.Out() << "all is well\n";
   }
-  findings.Print(checked.areAllRead);
+  if (tells) {
+    findings.Print(checked.areAllRead);
+  }
+  return isGood;
+}
+
+}  // namespace
+
+void Check(Options const& options, Console& console) {
+  static_cast<void>(CheckAll(ReadNarrowed(options, console), options, console, true));
+}
+
+std::optional<Files> AgreedIfAllIsWell(Options const& options, Console& console) {
+  CheckedReports checked = ReadNarrowed(options, console);
+  return CheckAll(checked, options, console, false)
+             ? std::optional(std::move(checked.reports.agreed))
+             : std::nullopt;
 }
 
 std::optional<Cleanable> CheckBefore(Options const& options, Console& console,

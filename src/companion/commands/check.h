@@ -9,6 +9,9 @@
 
 namespace companion {
 
+/// Complains as Check does. Returns what is agreed if there is nothing to complain of.
+[[nodiscard]] std::optional<Files> AgreedIfAllIsWell(Options const& options, Console& console);
+
 /// Complains as Check does, for a cleanup that is to follow, but only of what has something to
 /// remove. Returns that if there is nothing to complain of; with options.skip, what is left of it
 /// without that for which a source is skipped, or refused.

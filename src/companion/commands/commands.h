@@ -31,17 +31,32 @@ void Explain(Options const& options, Console& console);
 /// is not its backup less some markers, and leaves it.
 void Keep(Options const& options, Console& console);
 
+/// Prints a line for each marker that goes, in the form of a compiler's warnings; with
+/// options.stays for each that stays, and because of which report. Complains of sources that are
+/// not as they were analyzed, whose lines may be others.
+void List(Options const& options, Console& console);
+
 /// Writes the page that shows what a cleanup with these reports would do to options.output, as one
 /// HTML file. A source that is missing or has changed is no failure, and shown as such.
 void Page(Options const& options, Console& console);
 
 /// Prints what a cleanup would change, as a patch; or, with options.stat, how much. Touches
 /// nothing. Complains of the sources that a cleanup would refuse, and of those that no patch can
-/// name.
+/// name. With options.exitCode checks first, as Check does, and has the exit status tell whether
+/// something would change.
 void Preview(Options const& options, Console& console);
+
+/// Writes the raw reports of another machine, on which the root was options.from, to options.output
+/// as one raw report of this machine; or complains of every source that is not here as it was
+/// analyzed there, its line ends aside, and writes nothing.
+void Relocate(Options const& options, Console& console);
 
 /// Prints the warnings report that options.reports names as SARIF 2.1.0.
 void Sarif(Options const& options, Console& console);
+
+/// Prints what the reports agree on as SARIF 2.1.0, with a fix for each marker that is safe to take
+/// out. Complains as List does.
+void SarifOfReports(Options const& options, Console& console);
 
 /// Writes what the reports agree on, cut to options.codes and options.paths less options.without,
 /// as a structured report to options.output.

@@ -12,9 +12,13 @@
 #include "companion/output/printable.h"
 #include "companion/reports/narrow.h"
 #include "companion/reports/read_reports.h"
+#include "companion/reports/record_shares.h"
+#include "companion/reports/source_records.h"
 #include "companion/reports/vote_words.h"
 #include "companion/sources/excerpt_lines.h"
+#include "companion/sources/other_machine.h"
 #include "companion/sources/source_excerpt.h"
+#include "files/file_status.h"
 #include "merge/paths/weakly_canonical.h"
 
 namespace companion {
@@ -43,27 +47,57 @@ std::optional<fs::path> FindSource(Reports const& reports, fs::path const& typed
   return std::nullopt;
 }
 
-/// What FILE or FILE:LINE stands for.
+/// What FILE, FILE:LINE or FILE:LINE:COLUMN stands for.
 struct Place {
   fs::path path;
   std::optional<std::uint32_t> line;
 };
 
-std::optional<Place> FindPlace(Reports const& reports, std::string_view typed,
-                               fs::path const& root) {
-  if (const auto path = FindSource(reports, typed, root)) {
-    return Place{*path, std::nullopt};
-  }
+/// Takes a colon and a number off the end.
+std::optional<std::uint32_t> TakeNumber(std::string_view& typed) {
   const std::size_t colon = typed.rfind(':');
   if (colon == std::string_view::npos) {
     return std::nullopt;
   }
-  std::uint32_t line = 0;
+  std::uint32_t number = 0;
   const char* const end = typed.data() + typed.size();
-  const auto [rest, error] = std::from_chars(typed.data() + colon + 1, end, line);
-  const auto path = FindSource(reports, typed.substr(0, colon), root);
-  return error == std::errc() && rest == end && path ? std::optional(Place{*path, line})
-                                                     : std::nullopt;
+  const auto [rest, error] = std::from_chars(typed.data() + colon + 1, end, number);
+  typed = typed.substr(0, colon);
+  return error == std::errc() && rest == end ? std::optional(number) : std::nullopt;
+}
+
+/// Compilers print a colon behind the place, too.
+std::optional<Place> FindPlace(Reports const& reports, std::string_view typed,
+                               fs::path const& root) {
+  constexpr int mostNumbers = 2;
+  Place place;
+  for (int numbers = 0; numbers <= mostNumbers; ++numbers) {
+    if (const auto path = FindSource(reports, typed, root)) {
+      place.path = *path;
+      return place;
+    }
+    typed.remove_suffix(numbers == 0 && typed.ends_with(':') ? 1 : 0);
+    place.line = TakeNumber(typed);
+    if (!place.line) {
+      return std::nullopt;
+    }
+  }
+  return std::nullopt;
+}
+
+/// Why no report may name what was typed.
+void ComplainOfUnnamed(Reports const& reports, Options const& options, Console& console) {
+  console.Complain("no report names " + options.source);
+  const std::vector<SourceRecords> sources = RecordsBySource(reports);
+  if (const Complaint hint = HintOfOtherMachine(sources, options.root)) {
+    console.Complain(*hint);
+  } else if (!sources.empty() && std::ranges::none_of(sources, [&](SourceRecords const& source) {
+               return StatusAt(options.root / *source.path).has_value();
+             })) {
+    console.Complain(
+        "no source that they name is there: relative paths in a raw report count from the current "
+        "folder");
+  }
 }
 
 /// Why a cleanup leaves the source although its line goes; empty when it does not.
@@ -81,11 +115,16 @@ std::string_view ButOf(SourceCondition condition) {
   return {};
 }
 
+bool IsRead(SourceCondition condition) {
+  return condition == SourceCondition::AsAnalyzed || condition == SourceCondition::Changed;
+}
+
 class Explanation {
  public:
-  Explanation(Reports const& reports, fs::path const& path, SourceExcerpt const& source,
-              Console& console)
+  Explanation(Reports const& reports, std::vector<RecordShares> const& records,
+              fs::path const& path, SourceExcerpt const& source, Console& console)
       : m_reports(reports),
+        m_records(records),
         m_name(Printable(path.native())),
         m_source(source),
         m_texts(source.hunks),
@@ -97,8 +136,9 @@ class Explanation {
                          line.goes ? "goes" : "stays");
     for (std::size_t i = 0; i < line.votes.size(); ++i) {
       Report const& report = m_reports.each[i];
-      m_out << std::format("    {}: {}\n", Printable(report.path.native()),
-                           Phrase(line.votes[i], report, line.VotedOn()));
+      m_out << std::format(
+          "    {}: {}\n", Printable(report.path.native()),
+          Phrase(line.votes[i], report, line.VotedOn()) + m_records[i].Share(line.votes[i]));
     }
     PrintSource(line.line);
     if (line.goes) {
@@ -134,6 +174,7 @@ class Explanation {
   }
 
   Reports const& m_reports;
+  std::vector<RecordShares> const& m_records;  ///< By report.
   std::string m_name;
   SourceExcerpt const& m_source;
   ExcerptLines m_texts;
@@ -148,8 +189,12 @@ void Explain(Options const& options, Console& console) {
   Narrow(reports, filters);
   const auto place = FindPlace(reports, options.source, options.root);
   if (!place) {
-    console.Complain("no report names " + options.source);
+    ComplainOfUnnamed(reports, options, console);
     return;
+  }
+  std::vector<RecordShares> records;
+  for (Report const& report : reports.each) {
+    records.emplace_back(report, place->path, options.root);
   }
   std::vector<LineVotes> votes = VotesOn(reports, place->path);
   if (place->line) {
@@ -161,7 +206,12 @@ void Explain(Options const& options, Console& console) {
     numbers.push_back(*place->line);
   }
   const SourceExcerpt source = ReadExcerpt(reports, place->path, options.root, numbers, {});
-  Explanation explanation(reports, options.root / place->path, source, console);
+  const fs::path path = options.root / place->path;
+  if (place->line && source.hunks.empty() && IsRead(source.condition)) {
+    console.Complain(std::format("no such line: {}:{}", path.string(), *place->line));
+    return;
+  }
+  Explanation explanation(reports, records, path, source, console);
   if (votes.empty() && place->line) {
     explanation.PrintUnlisted(*place->line);
   }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <stdexcept>
 
+#include "companion/output/result_file.h"
 #include "files/file_version.h"
 #include "merge/paths/weakly_canonical.h"
 
@@ -11,6 +12,9 @@ namespace companion {
 namespace fs = std::filesystem;
 
 void RefuseAsOutput(Options const& options, std::function<bool(fs::path const&)> const& isSource) {
+  if (options.output == StandardOutput) {
+    return;
+  }
   const auto there = VersionOf(options.output);
   const bool isReport = there && std::ranges::any_of(options.reports, [&](fs::path const& report) {
                           const auto version = VersionOf(report);

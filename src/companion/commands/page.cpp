@@ -79,7 +79,7 @@ void Page(Options const& options, Console& console) {
     });
   });
   Narrow(checked.reports, filters, checked.areWhole);
-  ResultFile file(options.output);
+  ResultFile file(options.output, console);
   file.Write(PageFrame::Head());
   WritePageData(file, checked.reports, origin, console);
   file.Write(PageFrame::Tail());

@@ -1,13 +1,19 @@
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <exception>
 #include <format>
+#include <map>
+#include <set>
+#include <stdexcept>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
 #include "cleaner/marks_filter.h"
 #include "companion/cleaning/with_blanks.h"
+#include "companion/commands/check.h"
 #include "companion/commands/commands.h"
 #include "companion/formats/patch.h"
 #include "companion/output/complaint.h"
@@ -19,6 +25,7 @@
 #include "companion/reports/read_reports.h"
 #include "companion/reports/source_records.h"
 #include "companion/safety/cut_safety.h"
+#include "merge/marker_text.h"
 
 namespace companion {
 
@@ -26,9 +33,22 @@ namespace {
 
 namespace fs = std::filesystem;
 
+constexpr std::string_view StatByCode = "code";
+
+/// How much is changed.
+struct Amount {
+  std::size_t markers = 0;
+  std::size_t lines = 0;
+
+  [[nodiscard]] std::string InWords() const {
+    return Counted(markers, "marker") + " on " + Counted(lines, "line");
+  }
+};
+
 struct Previewed {
   Patch patch{};
   std::size_t markers = 0;
+  std::map<std::uint64_t, Amount> codes{};
   std::vector<std::pair<std::string, std::string>> complaints{};  ///< Kinds and texts.
 };
 
@@ -50,6 +70,19 @@ Complaint WrongWithName(File const& file) {
   return std::nullopt;
 }
 
+std::map<std::uint64_t, Amount> AmountsByCode(std::vector<Line> const& lines) {
+  std::map<std::uint64_t, Amount> amounts;
+  for (Line const& line : lines) {
+    std::set<std::uint64_t> codes;
+    for (Marker const& marker : line.markers) {
+      Amount& amount = amounts[marker.code];
+      ++amount.markers;
+      amount.lines += codes.insert(marker.code).second ? 1 : 0;
+    }
+  }
+  return amounts;
+}
+
 /// What a cleanup changes that leaves the lines alone which are not safe to take out.
 Previewed PreviewSafely(File file, fs::path const& root, bool takesBlanks) {
   Previewed previewed;
@@ -63,6 +96,7 @@ Previewed PreviewSafely(File file, fs::path const& root, bool takesBlanks) {
     file.lines = SafeLines(file.lines, unsafe);
   }
   previewed.markers = CountMarkers(file);
+  previewed.codes = AmountsByCode(file.lines);
   if (takesBlanks) {
     file.lines = WithBlanks(file.lines, source.before);
   }
@@ -88,42 +122,59 @@ Previewed PreviewOne(File const& file, Options const& options) {
 class Printer {
  public:
   Printer(Console& console, Options const& options)
-      : m_console(console), m_complaints(console, options.list), m_isStat(options.stat) {}
+      : m_console(console), m_complaints(console, options.list), m_stat(options.stat) {}
 
   void Print(File const& file, Previewed const& previewed) {
     for (auto const& [kind, text] : previewed.complaints) {
       m_complaints.Add(kind, text);
     }
-    if (!m_isStat) {
+    if (previewed.patch.text.empty()) {
+      return;
+    }
+    const Amount amount{previewed.markers, previewed.patch.changedLines};
+    if (m_stat.empty()) {
       m_console.Out() << previewed.patch.text;
-    } else if (!previewed.patch.text.empty()) {
-      const std::size_t lines = previewed.patch.changedLines;
-      m_console.Out() << Printable(file.path.native()) << ": " << Sum(previewed.markers, lines)
-                      << '\n';
-      ++m_files;
-      m_markers += previewed.markers;
-      m_lines += lines;
+    } else if (m_stat == StatByFile) {
+      PrintAmount(Printable(file.path.native()), amount);
+    }
+    ++m_files;
+    AddUp(m_sum, amount);
+    for (auto const& [code, ofCode] : previewed.codes) {
+      AddUp(m_codes[code], ofCode);
     }
   }
 
   void Finish() {
     m_complaints.Finish();
-    if (m_isStat) {
-      m_console.Out() << Counted(m_files, "file") << ", " << Sum(m_markers, m_lines) << '\n';
+    if (m_stat.empty()) {
+      return;
     }
+    for (auto const& [code, amount] : m_stat == StatByCode ? m_codes : Amounts()) {
+      PrintAmount(code == 0 ? "no code" : DiagnosticCode(code), amount);
+    }
+    m_console.Out() << Counted(m_files, "file") << ", " << m_sum.InWords() << '\n';
   }
 
+  [[nodiscard]] bool IsAnyChanged() const { return m_files > 0; }
+
  private:
-  static std::string Sum(std::size_t markers, std::size_t lines) {
-    return Counted(markers, "marker") + " on " + Counted(lines, "line");
+  using Amounts = std::map<std::uint64_t, Amount>;
+
+  static void AddUp(Amount& sum, Amount const& amount) {
+    sum.markers += amount.markers;
+    sum.lines += amount.lines;
+  }
+
+  void PrintAmount(std::string_view of, Amount const& amount) const {
+    m_console.Out() << of << ": " << amount.InWords() << '\n';
   }
 
   Console& m_console;
   Complaints m_complaints;
-  bool m_isStat;
+  std::string_view m_stat;  ///< What is counted by; empty for patches.
   std::size_t m_files = 0;
-  std::size_t m_markers = 0;
-  std::size_t m_lines = 0;
+  Amount m_sum;
+  Amounts m_codes;
 };
 
 Files ReadNarrowed(Options const& options) {
@@ -148,11 +199,8 @@ Files ReadCompletelyAgreed(Options const& options, Console& console) {
   return complaints.AreNone() ? std::move(reports.agreed) : Files();
 }
 
-}  // namespace
-
-void Preview(Options const& options, Console& console) {
-  const Files agreed =
-      options.complete ? ReadCompletelyAgreed(options, console) : ReadNarrowed(options);
+void PreviewAll(Files const& agreed, Options const& options, Console& console) {
+  constexpr int somethingChanges = 3;
   std::vector<File const*> files;
   for (File const& file : agreed.files) {
     files.push_back(&file);
@@ -166,6 +214,23 @@ void Preview(Options const& options, Console& console) {
         return console.IsHeard();
       });
   printer.Finish();
+  if (options.exitCode && printer.IsAnyChanged()) {
+    console.EndWith(somethingChanges);
+  }
+}
+
+}  // namespace
+
+void Preview(Options const& options, Console& console) {
+  if (!options.stat.empty() && options.stat != StatByFile && options.stat != StatByCode) {
+    throw std::runtime_error("--stat counts by file or by code, not by " + options.stat);
+  }
+  if (!options.exitCode) {
+    PreviewAll(options.complete ? ReadCompletelyAgreed(options, console) : ReadNarrowed(options),
+               options, console);
+  } else if (const auto agreed = AgreedIfAllIsWell(options, console)) {
+    PreviewAll(*agreed, options, console);
+  }
 }
 
 }  // namespace companion

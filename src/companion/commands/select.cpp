@@ -7,14 +7,14 @@
 
 namespace companion {
 
-void Select(Options const& options, Console& /*console*/) {
+void Select(Options const& options, Console& console) {
   const Filters filters = FiltersOf(options);
   Files selected = ReadAgreed(options.reports, options.root);
   RefuseAsOutput(options, [&selected](std::filesystem::path const& path) {
     return FindFile(selected, path) != nullptr;
   });
   Narrow(selected, filters);
-  ResultFile output(options.output);
+  ResultFile output(options.output, console);
   WriteStructuredReport(selected.version, selected.files, output.Stream());
   output.Finish();
 }

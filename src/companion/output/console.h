@@ -36,6 +36,9 @@ class Console {
   /// Prints such a line of what is no failure.
   void Note(std::string_view text);
 
+  /// Makes `status` the exit status, if there was nothing to complain of.
+  void EndWith(int status) { m_status = m_status == 0 ? status : m_status; }
+
   /// To be called often: on a terminal, and once the work has taken a second, shows how many files
   /// of how many are done; rarely enough not to matter.
   void Progress(std::size_t done, std::size_t total);

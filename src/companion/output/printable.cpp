@@ -18,30 +18,6 @@ bool Continues(unsigned char byte) {
   return (byte & 0xC0U) == 0x80;
 }
 
-/// The length of the UTF-8 character that the text begins with; 0 when it is none.
-std::size_t CharacterLength(std::string_view text) {
-  const unsigned char first = ByteAt(text, 0);
-  const unsigned char second = ByteAt(text, 1);
-  if (first < 0x80) {
-    return 1;
-  }
-  if (first < 0xC2 || first > 0xF4 || !Continues(second)) {
-    return 0;
-  }
-  if (first < 0xE0) {
-    return 2;
-  }
-  if (!Continues(ByteAt(text, 2)) || (first == 0xE0 && second < 0xA0) ||
-      (first == 0xED && second > 0x9F)) {
-    return 0;
-  }
-  if (first < 0xF0) {
-    return 3;
-  }
-  const bool isInRange = (first != 0xF0 || second >= 0x90) && (first != 0xF4 || second <= 0x8F);
-  return Continues(ByteAt(text, 3)) && isInRange ? 4 : 0;
-}
-
 /// Of a character that takes more than one byte: what it stands for in Unicode.
 std::uint32_t CodePoint(std::string_view character) {
   std::uint32_t point = ByteAt(character, 0) & (0xFFU >> (character.size() + 1));
@@ -93,6 +69,29 @@ std::string Shown(std::string_view text, std::size_t length) {
 }
 
 }  // namespace
+
+std::size_t CharacterLength(std::string_view text) {
+  const unsigned char first = ByteAt(text, 0);
+  const unsigned char second = ByteAt(text, 1);
+  if (first < 0x80) {
+    return 1;
+  }
+  if (first < 0xC2 || first > 0xF4 || !Continues(second)) {
+    return 0;
+  }
+  if (first < 0xE0) {
+    return 2;
+  }
+  if (!Continues(ByteAt(text, 2)) || (first == 0xE0 && second < 0xA0) ||
+      (first == 0xED && second > 0x9F)) {
+    return 0;
+  }
+  if (first < 0xF0) {
+    return 3;
+  }
+  const bool isInRange = (first != 0xF0 || second >= 0x90) && (first != 0xF4 || second <= 0x8F);
+  return Continues(ByteAt(text, 3)) && isInRange ? 4 : 0;
+}
 
 std::string Printable(std::string_view text) {
   std::string printable;

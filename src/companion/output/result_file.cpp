@@ -4,17 +4,20 @@
 
 namespace companion {
 
-ResultFile::ResultFile(std::filesystem::path const& path) : m_path(path), m_file(path) {
-  ThrowFor(m_file.Error());
+ResultFile::ResultFile(std::filesystem::path const& path, Console& console)
+    : m_path(path), m_console(console) {
+  if (path != StandardOutput) {
+    ThrowFor(m_file.emplace(path).Error());
+  }
 }
 
 void ResultFile::Write(std::string_view bytes) {
-  m_file.Stream() << bytes;
-  ThrowFor(m_file.Error());
+  Stream() << bytes;
+  ThrowFor(m_file ? m_file->Error() : std::error_code());
 }
 
 void ResultFile::Finish() {
-  ThrowFor(m_file.Finish());
+  ThrowFor(m_file ? m_file->Finish() : std::error_code());
 }
 
 void ResultFile::ThrowFor(std::error_code error) const {

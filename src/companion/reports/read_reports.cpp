@@ -1,8 +1,5 @@
 #include "companion/reports/read_reports.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <exception>
 #include <set>
 #include <stdexcept>
@@ -10,8 +7,8 @@
 #include <utility>
 
 #include "companion/output/complaint.h"
+#include "companion/reports/report_faults.h"
 #include "files/file_version.h"
-#include "files/last_error.h"
 #include "merge/raw_merge.h"
 #include "merge/reading/report_reader.h"
 
@@ -21,33 +18,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Of what a merge takes for a report that says nothing.
-Complaint WhyNotOpened(fs::path const& report) {
-  std::error_code error;
-  const fs::file_status status = fs::status(report, error);
-  if (!fs::exists(status) || fs::is_directory(status)) {
-    return "no such report: " + report.string();
-  }
-  if (::faccessat(AT_FDCWD, report.c_str(), R_OK, AT_EACCESS) != 0) {
-    return "cannot read the report " + report.string() + ": " + LastError().message();
-  }
-  return {};
-}
-
-Complaint WhyNotRead(ReportReader const& report) {
-  return report.Failed() ? Complaint("cannot read the report to its end: " + report.Path().string())
-                         : Complaint();
-}
-
 void ThrowIf(Complaint const& complaint) {
   if (complaint) {
     throw std::runtime_error(*complaint);
-  }
-}
-
-void RefuseGivenAgain(std::vector<fs::path> const& paths) {
-  if (const std::vector<std::size_t> again = GivenAgain(paths); !again.empty()) {
-    throw std::runtime_error(GivenTwice(paths[again.front()]));
   }
 }
 
@@ -72,6 +45,18 @@ Complaint DisagreementWith(fs::path const& report, Merge const& merge) {
   }
 }
 
+/// Throws std::runtime_error with what the report is in place of what it is not.
+void Extract(Files& files, ReportReader& report, bool isFirst, fs::path const& root,
+             std::vector<File const*>* inOrder = nullptr) {
+  report.PassOverMark();
+  try {
+    files.Extract(report, isFirst, root, inOrder);
+  } catch (std::exception const&) {
+    ThrowIf(report.Failed() ? std::nullopt : WhyNoReport(report.Path()));
+    throw;
+  }
+}
+
 /// Reads each report by itself, and merges it from memory into what is agreed.
 class ReportsReader {
  public:
@@ -86,19 +71,14 @@ class ReportsReader {
     }
     ReportReader report(path);
     m_inOrder.clear();
-    Complaint failure = FailureOf([&] { m_single.Extract(report, true, m_root, &m_inOrder); });
+    Complaint failure = FailureOf([&] { Extract(m_single, report, true, m_root, &m_inOrder); });
     added.files.files = std::exchange(m_single.files, {});
     m_isStructured = report.IsStructured();
     if (const Complaint wrong = WhyNotRead(report)) {
       return wrong;
     }
-    if (mustBeWhole && report.IsBlank()) {
-      return "empty report: " + path.string();
-    }
-    if (mustBeWhole && !failure && report.IsCutShort()) {
-      return "report cut short, or not to be checked: " + path.string();
-    }
-    return failure;
+    const Complaint notWhole = mustBeWhole ? WhyNotWhole(report) : std::nullopt;
+    return notWhole ? notWhole : failure;
   }
 
   /// Merges in the report last read. Throws std::runtime_error where it has a source in another
@@ -149,6 +129,12 @@ std::string GivenTwice(fs::path const& report) {
   return "report given twice: " + report.string();
 }
 
+void RefuseGivenAgain(std::vector<fs::path> const& paths) {
+  if (const std::vector<std::size_t> again = GivenAgain(paths); !again.empty()) {
+    throw std::runtime_error(GivenTwice(paths[again.front()]));
+  }
+}
+
 Reports ReadReports(std::vector<fs::path> const& paths, fs::path const& root) {
   RefuseGivenAgain(paths);
   ReportsReader reader(root);
@@ -165,8 +151,8 @@ Files ReadAgreed(std::vector<fs::path> const& paths, fs::path const& root) {
   for (bool isFirst = true; fs::path const& path : paths) {
     ThrowIf(WhyNotOpened(path));
     ReportReader report(path);
-    ThrowIf(DisagreementWith(path,
-                             [&] { agreed.Extract(report, std::exchange(isFirst, false), root); }));
+    ThrowIf(DisagreementWith(
+        path, [&] { Extract(agreed, report, std::exchange(isFirst, false), root); }));
     ThrowIf(WhyNotRead(report));
   }
   return agreed;

@@ -19,6 +19,9 @@ namespace companion {
 /// What is said of one.
 [[nodiscard]] std::string GivenTwice(std::filesystem::path const& report);
 
+/// Throws std::runtime_error when one is.
+void RefuseGivenAgain(std::vector<std::filesystem::path> const& paths);
+
 /// Throws std::runtime_error for a report that is given twice, is not there or cannot be read to
 /// its end, for what cannot be parsed, and for reports of one source in different states.
 [[nodiscard]] Reports ReadReports(std::vector<std::filesystem::path> const& paths,

@@ -5,10 +5,10 @@
 #include <algorithm>
 #include <cerrno>
 #include <string>
-#include <string_view>
 #include <tuple>
 
 #include "companion/output/counted.h"
+#include "companion/sources/line_end_forms.h"
 #include "files/source_file.h"
 #include "merge/hashing/sha1.h"
 
@@ -19,31 +19,6 @@ namespace {
 namespace fs = std::filesystem;
 
 using Kind = SourceProblem::Kind;
-
-SourceProblem WhyNotOpen(fs::path const& source) {
-  struct stat status{};
-  const bool isThere = ::stat(source.c_str(), &status) == 0;
-  if (isThere ? !S_ISREG(status.st_mode) : errno == ENOENT || errno == ENOTDIR) {
-    return {Kind::Gone, "no such source: " + source.string()};
-  }
-  return {Kind::Forbidden, "source that may not be read: " + source.string()};
-}
-
-/// With each LF as CR LF, or each CR LF as LF.
-std::string WithOtherLineEnds(std::string_view text) {
-  const bool hasBoth = text.find("\r\n") != std::string_view::npos;
-  std::string other;
-  other.reserve(text.size() + (hasBoth ? 0 : text.size() / 16));
-  for (std::size_t at = 0; at < text.size(); ++at) {
-    if (!hasBoth && text[at] == '\n') {
-      other += '\r';
-    }
-    if (!hasBoth || !text.substr(at).starts_with("\r\n")) {
-      other += text[at];
-    }
-  }
-  return other;
-}
 
 /// Where some reports saw this very text: which did not.
 std::string WhoSawAnother(Reports const& reports, SourceRecords const& records,
@@ -63,17 +38,34 @@ std::string WhoSawAnother(Reports const& reports, SourceRecords const& records,
          (others > mostNamed ? " and " + WithSeparators(others - mostNamed) + " more" : "");
 }
 
-SourceProblem NotAnalyzed(std::string const& source, std::string const& content,
+SourceProblem NotAnalyzed(fs::path const& source, std::string const& content,
                           std::string const& hash, Reports const& reports,
                           SourceRecords const& records) {
-  const std::string other = HashOf(WithOtherLineEnds(content));
-  const bool isSame = std::ranges::all_of(
-      records.all, [&](auto const& record) { return record.second->hash == other; });
+  std::string const& first = records.all.front().second->hash;
+  const bool isSame =
+      std::ranges::all_of(records.all,
+                          [&](auto const& record) { return record.second->hash == first; }) &&
+      IsHashButForLineEnds(first, content);
   return {isSame ? Kind::OtherLineEnds : Kind::Changed,
-          "not the source that was analyzed: " + source + WhoSawAnother(reports, records, hash)};
+          NotAsAnalyzed(source) + WhoSawAnother(reports, records, hash)};
 }
 
 }  // namespace
+
+SourceProblem WhyNotOpen(fs::path const& source) {
+  struct stat status{};
+  // The system would take what stands before a NUL for the name.
+  const bool isName = source.native().find('\0') == std::string::npos;
+  const bool isThere = ::stat(source.c_str(), &status) == 0;
+  if (!isName || (isThere ? !S_ISREG(status.st_mode) : errno == ENOENT || errno == ENOTDIR)) {
+    return {Kind::Gone, "no such source: " + source.string()};
+  }
+  return {Kind::Forbidden, "source that may not be read: " + source.string()};
+}
+
+std::string NotAsAnalyzed(fs::path const& source) {
+  return "not the source that was analyzed: " + source.string();
+}
 
 CheckedSource CheckSource(Reports const& reports, SourceRecords const& records,
                           fs::path const& root) {
@@ -91,7 +83,7 @@ CheckedSource CheckSource(Reports const& reports, SourceRecords const& records,
   const std::string hash = HashOf(*content);
   if (!std::ranges::all_of(records.all,
                            [&](auto const& record) { return record.second->hash == hash; })) {
-    checked.problem = NotAnalyzed(source.string(), *content, hash, reports, records);
+    checked.problem = NotAnalyzed(source, *content, hash, reports, records);
   } else if (File const* const agreed = FindFile(reports.agreed, *records.path)) {
     checked.unsafe = UnsafeLines(agreed->lines, *content);
   }

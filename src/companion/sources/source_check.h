@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <string>
 #include <vector>
 
 #include "companion/reports/source_records.h"
@@ -18,6 +19,12 @@ struct CheckedSource {
   std::vector<UnsafeLine> unsafe{};  ///< Then, of the lines that are agreed, those to be left.
   std::uint64_t size = 0;            ///< In bytes; 0 when it cannot be read.
 };
+
+/// Of a source that could not be opened: there is none, or it may not be read.
+[[nodiscard]] SourceProblem WhyNotOpen(std::filesystem::path const& source);
+
+/// What is said of one with another content.
+[[nodiscard]] std::string NotAsAnalyzed(std::filesystem::path const& source);
 
 /// Looks at one source, of which `reports` have the records. Any thread may call it.
 [[nodiscard]] CheckedSource CheckSource(Reports const& reports, SourceRecords const& records,

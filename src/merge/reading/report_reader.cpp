@@ -15,6 +15,10 @@ constexpr std::string_view Blanks = " \t\n\v\f\r";
 
 }  // namespace
 
+void ReportReader::PassOverMark() {
+  m_window.PassOverByteOrderMark();
+}
+
 std::optional<FileSet> ReportReader::ReadStructured() {
   // What begins with a record that can be read plainly is raw for certain.
   if (File first; NextPlain(first)) {

@@ -31,6 +31,10 @@ class ReportReader {
 
   [[nodiscard]] std::filesystem::path const& Path() const { return m_path; }
 
+  /// Passes over a byte order mark, which a raw report else must not begin with. May only be called
+  /// before the next two.
+  void PassOverMark();
+
   /// The records of a structured report; nothing for any other, which Next then reads as a raw one.
   /// May only be called before Next.
   [[nodiscard]] std::optional<FileSet> ReadStructured();

@@ -41,6 +41,13 @@ bool ReportWindow::SkipAny(std::string_view bytes) {
   return false;
 }
 
+void ReportWindow::PassOverByteOrderMark() {
+  constexpr std::string_view mark = "\xef\xbb\xbf";
+  while (Rest().size() < mark.size() && ReadMore()) {
+  }
+  Consume(Rest().starts_with(mark) ? mark.size() : 0);
+}
+
 /// Twice what is needed: a report of any length is then copied about once in all.
 void ReportWindow::Grow() {
   m_size = 2 * (m_begin + Size);

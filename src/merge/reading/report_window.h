@@ -41,6 +41,9 @@ class ReportWindow {
   /// Consumes as long as the front byte is one of `bytes`; false when the report ends there.
   [[nodiscard]] bool SkipAny(std::string_view bytes);
 
+  /// Consumes the three bytes of UTF-8's mark if the report goes on with them.
+  void PassOverByteOrderMark();
+
   /// Where Rest() begins, in bytes from the front of the report.
   [[nodiscard]] std::uint64_t Position() const { return m_position - Rest().size(); }
 
