@@ -58,6 +58,8 @@ COMMANDS = {name: ([PROGRAM if name == "cleanup" else TOOL, *words.split()], sou
     ("explain", "explain -r root plain.cpp raw structured", LOOK),
     ("preview", "preview -r root raw structured", LOOK),
     ("select", "select -r root -o written raw structured", LOOK),
+    ("list", "list -r root raw structured", LOOK),
+    ("relocate", "relocate -r root --from SCRATCH/root -o written raw", "plain.cpp a/same.cpp"),
     ("page", "page -r root -o written raw structured", LOOK),
     ("sarif", "sarif given", "plain.cpp"))}
 # Who else runs in the same tree. Those that only look meet one that changes all.
@@ -108,7 +110,8 @@ class Tree:
 
     def __init__(self, scratch, command):
         self.scratch, self.command = scratch, command
-        self.words, self.sources = COMMANDS[command]
+        words, self.sources = COMMANDS[command]
+        self.words = [word.replace("SCRATCH", str(scratch)) for word in words]
         self.environment = {**os.environ, "TMPDIR": str(scratch / "tmp"), "LC_ALL": "C"}
 
     def write(self, files):

@@ -43,6 +43,7 @@ bool ReportReader::Next(File& file) {
   }
   m_isBlank = m_isBlank && Blanks.find(m_window.Rest().front()) != std::string_view::npos;
   m_window.Unmark();
+  const std::uint64_t front = m_window.Position();
   FramedRecord record(m_window);
   std::istream text(&record);
   const nlohmann::json tree = ParseReportJson(text);
@@ -50,6 +51,7 @@ bool ReportReader::Next(File& file) {
     m_isCutShort = true;
     return false;
   }
+  m_last = m_window.ConsumedFrom(front);
   file = tree.get<File>();
   return true;
 }
