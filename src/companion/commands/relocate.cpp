@@ -1,5 +1,4 @@
 #include <cstddef>
-#include <format>
 #include <string>
 
 #include "companion/commands/commands.h"
@@ -36,8 +35,9 @@ Files RelocatedRecords(Options const& options, Relocation& relocation) {
 
 void ComplainOf(Relocation const& relocation, Options const& options, Console& console) {
   if (!relocation.HasFoundAny()) {
-    console.Complain(std::format("no path of the reports is below {}; they begin with {}",
-                                 options.from.string(), relocation.Others()));
+    const std::string others = relocation.Others();
+    console.Complain("no path of the reports is below " + options.from.string() +
+                     (others.empty() ? "" : "; they begin with " + others));
     return;
   }
   Complaints complaints(console, options.list);
