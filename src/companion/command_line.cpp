@@ -168,11 +168,12 @@ std::string HelpOn(Values const& words) {
   return words.empty() ? Usage() : UsageOf(FindCommand(words.front(), false).name);
 }
 
+/// Help ends the parsing.
 void Parse(Arguments& arguments, Values const& values) {
   try {
     arguments.parser.ParseArgs(values);
   } catch (args::Help const&) {
-    // The options say so, too.
+    arguments.options.help = true;
   }
 }
 

@@ -193,6 +193,7 @@ void Explain(Options const& options, Console& console) {
     return;
   }
   std::vector<RecordShares> records;
+  records.reserve(reports.each.size());
   for (Report const& report : reports.each) {
     records.emplace_back(report, place->path, options.root);
   }

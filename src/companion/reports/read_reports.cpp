@@ -71,7 +71,8 @@ class ReportsReader {
     }
     ReportReader report(path);
     m_inOrder.clear();
-    Complaint failure = FailureOf([&] { Extract(m_single, report, true, m_root, &m_inOrder); });
+    const Complaint failure =
+        FailureOf([&] { Extract(m_single, report, true, m_root, &m_inOrder); });
     added.files.files = std::exchange(m_single.files, {});
     m_isStructured = report.IsStructured();
     if (const Complaint wrong = WhyNotRead(report)) {
