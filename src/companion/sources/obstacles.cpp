@@ -75,7 +75,7 @@ Obstacles::Obstacles(fs::path root, Files const& agreed)
 
 MaybeProblem Obstacles::InTheWayOf(File const& file, bool hasChanged) {
   const fs::path source = m_root / file.path;
-  Folder& folder = Look(source.parent_path());
+  Folder const& folder = Look(source.parent_path());
   if (folder.isOutside || (IsLink(source) && IsOutside(WeaklyCanonical(source)))) {
     return Other("source outside the root: ", source);
   }
