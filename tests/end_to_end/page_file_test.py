@@ -42,6 +42,18 @@ class PageFile(EndToEnd):
             ["a/b.cpp", 0, [1, 1, 0, at, at + 7, 0, 2, 1, 1, 2, 7, 1], [1, shown]]])
         self.assertEqual([path.name for path in self.scratch.glob("page*")], ["page.html"])
 
+    def test_reports_of_different_texts(self):
+        path = self.root / "a/b.cpp"
+        for name, text in ("other", b"a"), ("third", b"b"):
+            self.raw_report(name, record(path, text, {1: [(501, 0, 7)]}))
+        status, out, errors = self.run_page("page.html", self.one, "other", self.two, "third")
+        self.assertEqual((status, out, errors.count("\n")), (1, "", 1))
+        data = json.loads(re.search(r'id="data">(.*?)</script>', (
+            self.scratch / "page.html").read_text(), re.S)[1])
+        self.assertEqual([report for report, *_ in data["reports"]], ["one", "two"])
+        for warning, name in zip(data["warnings"], ("other", "third"), strict=True):
+            self.assertTrue(warning.endswith(f"Another text than before was seen by {name}"), warning)
+
     def test_a_folder_that_may_not_be_written(self):
         other = self.source("a/c.cpp", b"//-V5\n")
         (self.root / "a").chmod(0o555)

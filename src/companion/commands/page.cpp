@@ -63,12 +63,10 @@ void Page(Options const& options, Console& console) {
   CheckedReports checked = CheckReports(paths, options.root, console);
   if (!checked.areWhole) {
     const std::vector<fs::path> readable = Readable(paths, checked, options.root);
-    const bool doDisagree = std::ranges::none_of(
-        checked.wrong, [](Complaint const& wrong) { return wrong.has_value(); });
-    if (readable.empty() || doDisagree) {
+    if (readable.empty()) {
       return;
     }
-    checked.reports = ReadReports(readable, options.root);
+    checked.reports = ReadThoseThatAgree(readable, options.root, origin.warnings);
     for (Complaint const& wrong : checked.wrong) {
       origin.warnings.insert(origin.warnings.end(), wrong ? 1 : 0, wrong.value_or(""));
     }

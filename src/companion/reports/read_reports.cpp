@@ -1,5 +1,6 @@
 #include "companion/reports/read_reports.h"
 
+#include <algorithm>
 #include <exception>
 #include <set>
 #include <stdexcept>
@@ -144,6 +145,23 @@ Reports ReadReports(std::vector<fs::path> const& paths, fs::path const& root) {
     reader.Agree();
   }
   return reader.TakeAll();
+}
+
+Reports ReadThoseThatAgree(std::vector<fs::path> paths, fs::path const& root,
+                           std::vector<std::string>& leftOut) {
+  for (;;) {
+    ReportsReader reader(root);
+    const auto other = std::ranges::find_if(paths, [&](fs::path const& path) {
+      ThrowIf(reader.Read(path, false));
+      const Complaint disagreement = FailureOf([&] { reader.Agree(); });
+      leftOut.insert(leftOut.end(), disagreement ? 1 : 0, disagreement.value_or(""));
+      return disagreement.has_value();
+    });
+    if (other == paths.end()) {
+      return reader.TakeAll();
+    }
+    paths.erase(other);
+  }
 }
 
 Files ReadAgreed(std::vector<fs::path> const& paths, fs::path const& root) {

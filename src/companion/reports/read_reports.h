@@ -27,6 +27,12 @@ void RefuseGivenAgain(std::vector<std::filesystem::path> const& paths);
 [[nodiscard]] Reports ReadReports(std::vector<std::filesystem::path> const& paths,
                                   std::filesystem::path const& root);
 
+/// Does the same, but leaves out each report that saw another text of a source than those before
+/// it, and adds to `leftOut` what is the matter with it. Reads the others anew for each such.
+[[nodiscard]] Reports ReadThoseThatAgree(std::vector<std::filesystem::path> paths,
+                                         std::filesystem::path const& root,
+                                         std::vector<std::string>& leftOut);
+
 /// Reads only what is agreed, in the memory that this takes; Narrow then deletes the files that are
 /// left with no lines. Throws as ReadReports does.
 [[nodiscard]] Files ReadAgreed(std::vector<std::filesystem::path> const& paths,
