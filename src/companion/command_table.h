@@ -118,7 +118,8 @@ inline constexpr std::initializer_list<Command*> BelowRoot = {
 
 /// Those that check what is to be cleaned, and those that complain of many sources.
 inline constexpr std::initializer_list<Command*> ThatCheck = {Check, Preview, Clean};
-inline constexpr std::initializer_list<Command*> ThatList = {Check, Preview, Clean, Relocate};
+inline constexpr std::initializer_list<Command*> ThatList = {Check, List, Preview,  Clean,
+                                                             Undo,  Keep, Relocate, SarifOfReports};
 
 /// Those that clean, or show what that would do.
 inline constexpr std::initializer_list<Command*> ThatClean = {Preview, Clean};

@@ -63,12 +63,13 @@ class Companion(EndToEnd):
         self.assertEqual(self.run_tool("help"), (0, self.run_tool("--help")[1], b""))
         for line in "keep -h", "help keep":
             self.expect_tool(line.split(), out="""\
-Usage: qln-fp-tree keep -r ROOT [--path GLOB] [--without GLOB] [-q]
+Usage: qln-fp-tree keep -r ROOT [--list] [--path GLOB] [--without GLOB] [-q]
 
 Give every cleaned source the permissions and owner of its backup, and delete
 the backup.
 
   -r, --sourcetree-root ROOT  The project's root.
+      --list                  Name each source, however many.
       --path GLOB             Only paths that match.
       --without GLOB          No paths that match.
   -q, --quiet                 Print only what is wrong.
@@ -86,7 +87,7 @@ Examples:
                 ("check -r .", "check needs REPORT..."),
                 ("explain -r . f", "explain needs FILE[:LINE] REPORT..."),
                 ("select -r . x", "select needs -o FILE"), ("undo -r . x", "too many words for undo"),
-                ("undo -r . --list", "undo has no option --list"),
+                ("undo -r . --keep", "undo has no option --keep"),
                 ("sarif a b", "too many words for sarif")):
             self.expect_tool(line.split(), 2, "", [why + "; see qln-fp-tree --help"])
         self.expect_tool(["-r", "none", "keep"], 1, "", ["no such directory: none"])
@@ -358,7 +359,9 @@ V501: 1 marker on 1 line
         complaints = [is_gone + "folder", *(has_changed + f"changed{i}" for i in range(len(changed))),
                       *(f"backup is no regular file: root/{name}{BACKUP}" for name in "ds")]
         before = self.tree()
-        self.expect_tool(["keep", "-r", "root"], 1, "0 files kept, 18 refused\n", [
+        self.assertIn(b"source has changed since the cleanup: and 4 more; --list names all\n",
+                      self.run_tool("keep", "-r", "root")[2])
+        self.expect_tool(["keep", "-r", "root", "--list"], 1, "0 files kept, 18 refused\n", [
             *complaints, is_gone + "gone", *(has_changed + f"cut{i}" for i in range(len(cut)))])
         self.assertEqual(self.tree(), before)
         back = [*(f"cut{i}" for i in range(len(cut))), "gone"]

@@ -13,6 +13,7 @@
 #include "companion/backups/put_back.h"
 #include "companion/backups/source_tree.h"
 #include "companion/commands/commands.h"
+#include "companion/output/complaints.h"
 #include "companion/output/counted.h"
 #include "companion/output/parallel_in_order.h"
 #include "companion/output/printable.h"
@@ -104,13 +105,13 @@ using Doomed = std::vector<std::pair<fs::path const*, PairVersions>>;
 
 /// Gives the sources what their backups have beside the content; returns which backups may go.
 Doomed PrepareAll(SourceTree const& tree, std::vector<fs::path> const& sources,
-                  ComparedPairs const& compared, Console& console) {
+                  ComparedPairs const& compared, Complaints& complaints, Console& console) {
   Doomed doomed;
   ParallelInOrder<Prepared>(
       sources.size(), [&](std::size_t index) { return Prepare(tree, sources[index], compared); },
       [&](std::size_t index, Prepared const& one) {
         if (one.complaint) {
-          console.Complain(*one.complaint);
+          complaints.Add(*one.complaint);
         } else {
           doomed.emplace_back(&sources[index], one.seen);
         }
@@ -121,11 +122,12 @@ Doomed PrepareAll(SourceTree const& tree, std::vector<fs::path> const& sources,
 }
 
 /// Returns how many were deleted.
-std::size_t DeleteAll(SourceTree const& tree, Doomed const& doomed, Console& console) {
+std::size_t DeleteAll(SourceTree const& tree, Doomed const& doomed, Complaints& complaints,
+                      Console& console) {
   std::size_t done = 0;
   for (auto const& [source, seen] : doomed) {
     if (const Complaint complaint = Delete(tree, *source, seen)) {
-      console.Complain(*complaint);
+      complaints.Add(*complaint);
       continue;
     }
     console.Out() << "kept: " << Printable(tree.NameOf(*source)) << '\n';
@@ -140,17 +142,20 @@ void KeepCleaned(Options const& options, ComparedPairs const& compared, Console&
   const SourceTree tree(options.root);
   const std::vector<fs::path> sources =
       FindBackups(options.root, FiltersOf(options).paths, console);
-  const Doomed doomed = PrepareAll(tree, sources, compared, console);
+  Complaints complaints(console, options.list);
+  const Doomed doomed = PrepareAll(tree, sources, compared, complaints, console);
   FileSystems fileSystems(tree);
   for (auto const& [source, seen] : doomed) {
     fileSystems.Add(seen.source.file.device, *source);
   }
   if (const std::error_code error = fileSystems.Sync()) {
+    complaints.Finish();
     console.Complain("cannot write the cleaned files to the disk, so that every backup stays: " +
                      error.message());
     return;
   }
-  const std::size_t done = DeleteAll(tree, doomed, console);
+  const std::size_t done = DeleteAll(tree, doomed, complaints, console);
+  complaints.Finish();
   console.Out() << (sources.empty() ? "nothing to keep"
                                     : DoneAndRefused(done, "kept", sources.size() - done))
                 << '\n';

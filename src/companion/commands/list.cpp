@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "companion/commands/commands.h"
+#include "companion/output/complaints.h"
 #include "companion/output/parallel_in_order.h"
 #include "companion/output/printable.h"
 #include "companion/reports/narrow.h"
@@ -104,15 +105,18 @@ Listed ListStaying(Reports const& reports, fs::path const& path, fs::path const&
   return listed;
 }
 
-void PrintAll(std::size_t count, std::function<Listed(std::size_t)> const& list, Console& console) {
+void PrintAll(std::size_t count, std::function<Listed(std::size_t)> const& list,
+              Options const& options, Console& console) {
+  Complaints complaints(console, options.list);
   ParallelInOrder<Listed>(count, list, [&](std::size_t index, Listed const& listed) {
     for (std::string const& complaint : listed.complaints) {
-      console.Complain(complaint);
+      complaints.Add(complaint);
     }
     console.Out() << listed.text;
     console.Progress(index + 1, count);
     return console.IsHeard();
   });
+  complaints.Finish();
 }
 
 }  // namespace
@@ -126,7 +130,7 @@ void List(Options const& options, Console& console) {
     PrintAll(
         sources.size(),
         [&](std::size_t index) { return ListStaying(reports, sources[index], options.root); },
-        console);
+        options, console);
     return;
   }
   Files agreed = ReadAgreed(options.reports, options.root);
@@ -135,7 +139,7 @@ void List(Options const& options, Console& console) {
   std::ranges::for_each(agreed.files, [&files](File const& file) { files.push_back(&file); });
   PrintAll(
       files.size(), [&](std::size_t index) { return ListGoing(*files[index], options.root); },
-      console);
+      options, console);
 }
 
 }  // namespace companion

@@ -8,6 +8,7 @@
 #include "companion/commands/commands.h"
 #include "companion/formats/sarif_log.h"
 #include "companion/formats/warnings.h"
+#include "companion/output/complaints.h"
 #include "companion/output/parallel_in_order.h"
 #include "companion/reports/narrow.h"
 #include "companion/reports/read_reports.h"
@@ -71,6 +72,7 @@ void SarifOfReports(Options const& options, Console& console) {
   std::vector<File const*> files;
   std::ranges::for_each(agreed.files, [&files](File const& file) { files.push_back(&file); });
   SarifLog log(console.Out(), CodesIn(agreed));
+  Complaints complaints(console, options.list);
   ParallelInOrder<RedundantMarkers>(
       files.size(),
       [&](std::size_t index) { return FindRedundantMarkers(*files[index], options.root); },
@@ -80,12 +82,13 @@ void SarifOfReports(Options const& options, Console& console) {
           Add(marker, path, log);
         }
         for (std::string const& complaint : found.complaints) {
-          console.Complain(complaint);
+          complaints.Add(complaint);
         }
         console.Progress(index + 1, files.size());
         return console.IsHeard();
       });
   log.Finish();
+  complaints.Finish();
 }
 
 }  // namespace companion

@@ -6,6 +6,7 @@
 #include "companion/backups/put_back.h"
 #include "companion/backups/source_tree.h"
 #include "companion/commands/commands.h"
+#include "companion/output/complaints.h"
 #include "companion/output/counted.h"
 #include "companion/output/parallel_in_order.h"
 #include "companion/output/printable.h"
@@ -28,11 +29,12 @@ void Undo(Options const& options, Console& console) {
   const std::vector<std::filesystem::path> sources =
       FindBackups(options.root, FiltersOf(options).paths, console);
   std::size_t done = 0;
+  Complaints complaints(console, options.list);
   ParallelInOrder<Complaint>(
       sources.size(), [&](std::size_t index) { return UndoOne(tree, sources[index]); },
       [&](std::size_t index, Complaint const& complaint) {
         if (complaint) {
-          console.Complain(*complaint);
+          complaints.Add(*complaint);
         } else {
           console.Out() << "put back: " << Printable(tree.NameOf(sources[index])) << '\n';
           ++done;
@@ -40,6 +42,7 @@ void Undo(Options const& options, Console& console) {
         console.Progress(index + 1, sources.size());
         return true;
       });
+  complaints.Finish();
   console.Out() << (sources.empty() ? "nothing to put back"
                                     : DoneAndRefused(done, "put back", sources.size() - done))
                 << '\n';
