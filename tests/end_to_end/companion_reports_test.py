@@ -84,7 +84,7 @@ class CompanionReports(EndToEnd):
         self.relocated(1, "not the source that was analyzed: root/b.h", "nothing was written")
         text = self.relocated(0, reports=report(f"{WINDOWS}\\.\\x\\..\\{{c}}.H"))
         self.assertEqual((text.count("{"), text.count("}"), '"lines":[]' in text), (6, 6, True))
-        self.assertEqual(self.expect_tool("relocate -r root --from c:/WORK/tank/ -o - windows", out=None),
+        self.assertEqual(self.expect_tool("relocate -r root --from c:\\WORK/tank/ -o - windows", out=None),
                          text.encode())
         self.relocated(1, f"no path of the reports is below D:\\; they begin with {WINDOWS}",
                        "nothing was written", start="D:\\")
@@ -94,7 +94,7 @@ class CompanionReports(EndToEnd):
     def test_check_tells_of_another_machine(self):
         self.source("a", b"")
         here = record("root/a", b"", {})
-        for paths, text in ((["C:\\work\\tank\\x\\a", "c:/work/Tank/b"], "2 of 3 sources are not there; "
+        for paths, text in ((["C:\\work\\tank\\x\\a", "c:\\work/Tank/b"], "2 of 3 sources are not there; "
                              "their paths begin with C:\\work\\tank"), (["/n/t/x/a"] * 2, "1 of 2 sources are "
                              "not there; their paths begin with /n/t/x"), (["root/x", "y"], "")):
             self.raw_report("foreign", here, *(record(path, b"", {}) for path in paths))
