@@ -79,7 +79,7 @@ Complaint CarefulCleaner::WhyUnsafe(File const& file) const {
     return "cannot read " + name;
   }
   const std::vector<UnsafeLine> unsafe = UnsafeLines(file.lines, *content);
-  return unsafe.empty() ? Complaint() : ComplaintsOf(unsafe, name).front();
+  return unsafe.empty() ? Complaint() : ComplaintOf(unsafe.front(), name);
 }
 
 /// Returns why that was not possible.

@@ -87,10 +87,6 @@ class Restorer {
   std::uint32_t m_number = 1;
 };
 
-}  // namespace
-
-namespace {
-
 std::optional<std::string> Restore(std::string_view cleaned, std::vector<Line> const& lines,
                                    char blank, bool isOnlyWhereGone) {
   Restorer restorer(cleaned, blank);

@@ -12,6 +12,7 @@
 #include "companion/commands/check.h"
 #include "companion/commands/commands.h"
 #include "companion/commands/keep.h"
+#include "companion/output/complaints.h"
 #include "companion/output/counted.h"
 #include "companion/output/parallel_in_order.h"
 #include "companion/output/printable.h"
@@ -80,22 +81,25 @@ bool IsHalfPutBack(SourceTree const& tree, std::filesystem::path const& source) 
   return pair.WhatIs() == BackupPair::State::HalfPutBack;
 }
 
-Cleaned CleanAll(Files const& agreed, SourceTree const& tree, bool takesBlanks, Console& console) {
+Cleaned CleanAll(Files const& agreed, SourceTree const& tree, Options const& options,
+                 Console& console) {
   const std::vector<File const*> files = FilesToClean(agreed);
-  CarefulCleaner cleaner(tree, takesBlanks);
+  CarefulCleaner cleaner(tree, options.blanks);
   Cleaned cleaned;
+  Complaints complaints(console, options.list);
   ParallelInOrder<CarefulCleaner::Result>(
       files.size(), [&](std::size_t index) { return cleaner.Clean(*files[index]); },
       [&](std::size_t index, CarefulCleaner::Result const& result) {
         cleaned.Add(*files[index], result);
         for (Complaint const& complaint : {result.complaint, result.leftover}) {
           if (complaint) {
-            console.Complain(*complaint);
+            complaints.Add(*complaint);
           }
         }
         console.Progress(index + 1, files.size());
         return true;
       });
+  complaints.Finish();
   return cleaned;
 }
 
@@ -110,7 +114,7 @@ void Clean(Options const& options, Console& console) {
   if (!cleanable) {
     return;
   }
-  Cleaned cleaned = CleanAll(cleanable->files, tree, options.blanks, console);
+  Cleaned cleaned = CleanAll(cleanable->files, tree, options, console);
   cleaned.refused += cleanable->refused;
   console.Out() << cleaned.Sum(*cleanable, options.skip);
   if (options.keep && cleaned.refused > 0) {

@@ -181,43 +181,56 @@ class Explanation {
   std::ostream& m_out;
 };
 
+std::vector<RecordShares> SharesOf(Reports& reports, fs::path const& source, fs::path const& root) {
+  std::vector<RecordShares> records;
+  records.reserve(reports.each.size());
+  for (Report& report : reports.each) {
+    records.emplace_back(report, source, root);
+  }
+  return records;
+}
+
+/// Of all lines that some report lists, or of the one that was asked for.
+std::vector<LineVotes> VotesAt(Place const& place, Reports const& reports) {
+  std::vector<LineVotes> votes = VotesOn(reports, place.path);
+  if (place.line) {
+    std::erase_if(votes, [&](LineVotes const& line) { return line.line != *place.line; });
+  }
+  return votes;
+}
+
+void ExplainPlace(Place const& place, Reports& reports, fs::path const& root, Console& console) {
+  const std::vector<RecordShares> records = SharesOf(reports, place.path, root);
+  const std::vector<LineVotes> votes = VotesAt(place, reports);
+  const bool isUnlisted = votes.empty() && place.line;
+  std::vector<std::uint32_t> numbers;
+  std::ranges::transform(votes, std::back_inserter(numbers), &LineVotes::line);
+  if (isUnlisted) {
+    numbers.push_back(*place.line);
+  }
+  const SourceExcerpt source = ReadExcerpt(reports, place.path, root, numbers, {});
+  const fs::path path = root / place.path;
+  if (place.line && source.hunks.empty() && IsRead(source.condition)) {
+    console.Complain(std::format("no such line: {}:{}", path.string(), *place.line));
+    return;
+  }
+  Explanation explanation(reports, records, path, source, console);
+  if (isUnlisted) {
+    explanation.PrintUnlisted(*place.line);
+  }
+  std::ranges::for_each(votes, [&](LineVotes const& line) { explanation.Print(line); });
+}
+
 }  // namespace
 
 void Explain(Options const& options, Console& console) {
   const Filters filters = FiltersOf(options);
   Reports reports = ReadReports(options.reports, options.root);
   Narrow(reports, filters);
-  const auto place = FindPlace(reports, options.source, options.root);
-  if (!place) {
+  if (const auto place = FindPlace(reports, options.source, options.root)) {
+    ExplainPlace(*place, reports, options.root, console);
+  } else {
     ComplainOfUnnamed(reports, options, console);
-    return;
-  }
-  std::vector<RecordShares> records;
-  records.reserve(reports.each.size());
-  for (Report const& report : reports.each) {
-    records.emplace_back(report, place->path, options.root);
-  }
-  std::vector<LineVotes> votes = VotesOn(reports, place->path);
-  if (place->line) {
-    std::erase_if(votes, [&](LineVotes const& line) { return line.line != *place->line; });
-  }
-  std::vector<std::uint32_t> numbers;
-  std::ranges::transform(votes, std::back_inserter(numbers), &LineVotes::line);
-  if (votes.empty() && place->line) {
-    numbers.push_back(*place->line);
-  }
-  const SourceExcerpt source = ReadExcerpt(reports, place->path, options.root, numbers, {});
-  const fs::path path = options.root / place->path;
-  if (place->line && source.hunks.empty() && IsRead(source.condition)) {
-    console.Complain(std::format("no such line: {}:{}", path.string(), *place->line));
-    return;
-  }
-  Explanation explanation(reports, records, path, source, console);
-  if (votes.empty() && place->line) {
-    explanation.PrintUnlisted(*place->line);
-  }
-  for (LineVotes const& line : votes) {
-    explanation.Print(line);
   }
 }
 

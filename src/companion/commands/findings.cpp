@@ -107,13 +107,12 @@ void Findings::Tell(SourceProblem const& problem) {
 }
 
 void Findings::Tell(std::string const& source, std::vector<UnsafeLine> const& unsafe) {
-  const std::vector<std::string> texts = ComplaintsOf(unsafe, source);
-  for (std::size_t i = 0; i < unsafe.size(); ++i) {
+  for (UnsafeLine const& line : unsafe) {
     if (m_options.skip) {
-      m_console.Note(texts[i]);
-      ++m_cleanable.left[{"line", std::string(WhyLeft(unsafe[i].danger))}];
+      m_console.Note(ComplaintOf(line, source));
+      ++m_cleanable.left[{"line", std::string(WhyLeft(line.danger))}];
     } else {
-      m_complaints.Add(Words(unsafe[i].danger), texts[i]);
+      m_complaints.Add(Words(line.danger), ComplaintOf(line, source));
     }
   }
 }

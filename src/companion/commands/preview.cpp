@@ -89,9 +89,9 @@ Previewed PreviewSafely(File file, fs::path const& root, bool takesBlanks) {
   PlannedCut source = MarksFilter(file).Preview(root);
   const std::vector<UnsafeLine> unsafe = UnsafeLines(file.lines, source.before);
   if (!unsafe.empty()) {
-    const std::vector<std::string> texts = ComplaintsOf(unsafe, (root / file.path).string());
-    for (std::size_t i = 0; i < unsafe.size(); ++i) {
-      previewed.complaints.emplace_back(Words(unsafe[i].danger), texts[i]);
+    for (UnsafeLine const& line : unsafe) {
+      previewed.complaints.emplace_back(Words(line.danger),
+                                        ComplaintOf(line, (root / file.path).string()));
     }
     file.lines = SafeLines(file.lines, unsafe);
   }

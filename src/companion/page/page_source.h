@@ -27,8 +27,8 @@ struct PageSource {
   std::string hunks;
 };
 
-/// Reads the source `path` below `root`, unless no report lists a line of it. A source that is odd
-/// makes it throw nothing. May be called from any thread; `reports` must outlive the result.
+/// Reads the source `path` below `root`, unless no report lists a line of it. Throws
+/// nothing but std::bad_alloc. May be called from any thread; `reports` must outlive the result.
 [[nodiscard]] PageSource ReadPageSource(Reports const& reports, std::filesystem::path const& path,
                                         std::filesystem::path const& root,
                                         LinePicker::Around around);

@@ -8,16 +8,6 @@
 
 namespace companion {
 
-namespace {
-
-void ThrowIf(Complaint const& complaint) {
-  if (complaint) {
-    throw std::runtime_error(*complaint);
-  }
-}
-
-}  // namespace
-
 void ReadRawRecords(std::filesystem::path const& report,
                     std::function<bool(File const&)> const& take) {
   ThrowIf(WhyNotOpened(report));

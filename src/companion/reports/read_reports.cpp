@@ -19,12 +19,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-void ThrowIf(Complaint const& complaint) {
-  if (complaint) {
-    throw std::runtime_error(*complaint);
-  }
-}
-
 template <typename Action>
 Complaint FailureOf(Action const& action) {
   try {

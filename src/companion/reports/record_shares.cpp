@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <format>
-#include <stdexcept>
 #include <system_error>
 
 #include "companion/reports/report_faults.h"
@@ -13,7 +12,7 @@ namespace companion {
 
 namespace fs = std::filesystem;
 
-RecordShares::RecordShares(Report const& report, fs::path const& source, fs::path const& root) {
+RecordShares::RecordShares(Report& report, fs::path const& source, fs::path const& root) {
   File const* const merged = FindFile(report.files, source);
   if (std::error_code ignored; merged == nullptr || !fs::is_regular_file(report.path, ignored)) {
     return;
@@ -27,9 +26,7 @@ RecordShares::RecordShares(Report const& report, fs::path const& source, fs::pat
       Count(record.lines);
     }
   }
-  if (const Complaint wrong = WhyNotRead(reader)) {
-    throw std::runtime_error(*wrong);
-  }
+  ThrowIf(WhyNotRead(reader));
   if (isStructured) {
     return;
   }

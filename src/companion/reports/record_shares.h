@@ -20,7 +20,7 @@ class RecordShares {
   /// Reads the records of `source` once more, and has the report list every line that is in some
   /// record, so that VotesOn shows it. Does nothing for a structured report, and for what cannot be
   /// read again, a pipe. Throws std::runtime_error when reading fails.
-  RecordShares(Report const& report, std::filesystem::path const& source,
+  RecordShares(Report& report, std::filesystem::path const& source,
                std::filesystem::path const& root);
 
   /// " in 1 of 2 records", where a line is not in all of them; else nothing.

@@ -25,7 +25,7 @@ namespace fs = std::filesystem;
 using nlohmann::json;
 
 /// What a file is that begins so; empty for what may be a report.
-std::string_view KindOf(std::string_view front) {
+std::string_view FormatOf(std::string_view front) {
   constexpr std::size_t telling = 4096;
   front = front.substr(0, telling);
   const auto holds = [front](std::string_view text) {
@@ -132,7 +132,7 @@ Complaint WhyNoReport(fs::path const& report) {
   }
   ReportWindow window(report);
   static_cast<void>(window.ReadMore());
-  if (const std::string_view kind = KindOf(window.Rest()); !kind.empty()) {
+  if (const std::string_view kind = FormatOf(window.Rest()); !kind.empty()) {
     return std::format("no marker report but {}: {}", kind, report.string());
   }
   window.PassOverByteOrderMark();

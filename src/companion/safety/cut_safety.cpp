@@ -111,12 +111,8 @@ CutDanger DangerOf(std::span<UnsafeLine const> unsafe, std::uint32_t line) {
   return found != unsafe.end() ? found->danger : CutDanger::None;
 }
 
-std::vector<std::string> ComplaintsOf(std::span<UnsafeLine const> unsafe, std::string_view file) {
-  std::vector<std::string> complaints;
-  for (UnsafeLine const& line : unsafe) {
-    complaints.push_back(std::format("{}:{}: {}", file, line.line, Words(line.danger)));
-  }
-  return complaints;
+std::string ComplaintOf(UnsafeLine const& line, std::string_view file) {
+  return std::format("{}:{}: {}", file, line.line, Words(line.danger));
 }
 
 std::string_view Words(CutDanger danger) {

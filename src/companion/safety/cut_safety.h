@@ -32,9 +32,8 @@ struct UnsafeLine {
 /// What `unsafe` says of the line with this number.
 [[nodiscard]] CutDanger DangerOf(std::span<UnsafeLine const> unsafe, std::uint32_t line);
 
-/// A line of words for each: FILE:LINE and why; `file` is its name.
-[[nodiscard]] std::vector<std::string> ComplaintsOf(std::span<UnsafeLine const> unsafe,
-                                                    std::string_view file);
+/// FILE:LINE and why, in a line of words; `file` is its name.
+[[nodiscard]] std::string ComplaintOf(UnsafeLine const& line, std::string_view file);
 
 /// Why as people read it: "no marker stands there".
 [[nodiscard]] std::string_view Words(CutDanger danger);

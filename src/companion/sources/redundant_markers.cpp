@@ -65,7 +65,7 @@ RedundantMarkers FindIn(std::string_view content, File const& agreed, std::strin
     const bool isUnsafe = next != unsafe.end() && next->index == index;
     const CutDanger danger = isUnsafe ? (next++)->danger : CutDanger::None;
     if (danger == CutDanger::NoMarker) {
-      found.complaints.push_back(ComplaintsOf({&*(next - 1), 1}, name).front());
+      found.complaints.push_back(ComplaintOf(*(next - 1), name));
     } else {
       Add(agreed.lines[index], listed[index], danger, count, found.markers);
     }
